@@ -1,0 +1,32 @@
+/// The user's calendar, in the user's time zone.
+#pragma once
+
+#include "platform/property_list.h"
+
+#include <cstdint>
+
+namespace noctara {
+
+/// An instant taken apart, in local time. Months and days count from 1.
+struct DateComponents {
+    std::int32_t year = 1970;
+    std::int32_t month = 1;
+    std::int32_t day = 1;
+    std::int32_t hour = 0;
+    std::int32_t minute = 0;
+    std::int32_t second = 0;
+};
+
+class Calendar {
+public:
+    virtual ~Calendar() = default;
+
+    virtual DateComponents components(Date date) = 0;
+
+    /// The instant of these parts. An hour outside 0 to 23 carries over into neighbouring days. Of
+    /// a local time that occurs twice the later instant is meant; one that a change of the clocks
+    /// skips is moved on by as much as the clocks are.
+    virtual Date date(const DateComponents& components) = 0;
+};
+
+} // namespace noctara

@@ -1,0 +1,19 @@
+/// The home screen's charger state (`SBUIController`).
+#pragma once
+
+#include "platform/host_process.h"
+
+namespace noctara {
+
+class Charger {
+public:
+    virtual ~Charger() = default;
+
+    /// The one `SBUIController`, of the class found by that name. Null for a null class.
+    virtual ObjectRef sharedController(ClassRef controllerClass) = 0;
+
+    /// Whether the phone is on external power. Main thread. False for a null controller.
+    virtual bool isOnAC(ObjectRef controller) = 0;
+};
+
+} // namespace noctara

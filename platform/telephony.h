@@ -1,0 +1,35 @@
+/// The home screen's telephony manager (`SBTelephonyManager`). Main thread, but for the questions.
+#pragma once
+
+#include "platform/host_process.h"
+
+namespace noctara {
+
+class TelephonyManager {
+public:
+    virtual ~TelephonyManager() = default;
+
+    virtual bool isInAirplaneMode() = 0;
+
+    /// Sets the flag; `updateAirplaneMode` makes it take effect.
+    virtual void setIsInAirplaneMode(bool airplane) = 0;
+    virtual void updateAirplaneMode() = 0;
+
+    virtual bool inCall() = 0;
+    virtual bool outgoingCallExists() = 0;
+    virtual bool incomingCallExists() = 0;
+    virtual bool activeCallExists() = 0;
+
+    virtual bool isNetworkTethering() = 0;
+};
+
+class Telephony {
+public:
+    virtual ~Telephony() = default;
+
+    /// `sharedTelephonyManager` of the class found by the name "SBTelephonyManager". Null when
+    /// there is none, or for a null class.
+    virtual TelephonyManager* sharedTelephonyManager(ClassRef managerClass) = 0;
+};
+
+} // namespace noctara

@@ -1,0 +1,87 @@
+/// What `RadiosLib` works out once about the device: which data rates its radio offers, and whether
+/// a choice among them makes sense.
+#include "platform/capabilities.h"
+#include "platform/device.h"
+#include "platform/system_log.h"
+#include "radios/radios_lib.h"
+
+#include <algorithm>
+
+namespace noctara {
+
+namespace {
+
+/// Up to this CoreFoundation version the system has no gestalt library to ask.
+constexpr double lastVersionWithoutGestalt = 793.0;
+
+constexpr std::int32_t phoneIdiom = 0;
+
+} // namespace
+
+void* cachedMGGetBoolAnswer = nullptr;
+
+extern "C" void callbackCTServerConnectionCreate() {
+    if (processPlatform)
+        processPlatform->log.write("callbackCTServerConnectionCreate");
+}
+
+RadiosLib::RadiosLib(const Platform& phone) : platform(phone) {
+    getDeviceKind(nullptr);
+    _is3GCapable = detectRadioCapabilities();
+}
+
+std::int32_t RadiosLib::getDeviceKind(void*) {
+    using enum DataRate;
+    if (deviceKind != kindUnknown)
+        return deviceKind;
+    const ServerConnectionRef connection =
+        platform.cellular.createServerConnection(callbackCTServerConnectionCreate);
+    if (!connection)
+        return deviceKind;
+
+    const auto rates = platform.cellular.supportedDataRates();
+    const auto offers = [&](DataRate rate) {
+        return std::find(rates.begin(), rates.end(), rate) != rates.end();
+    };
+    deviceKind = kindNoPair;
+    if (offers(kCTRegistrationDataRate3G) && offers(kCTRegistrationDataRate4G))
+        deviceKind = kind3G4G;
+    else if (offers(kCTRegistrationDataRate2G) && offers(kCTRegistrationDataRate3G))
+        deviceKind = kind2G3G;
+    platform.cellular.releaseConnection(connection);
+    return deviceKind;
+}
+
+bool RadiosLib::detectRadioCapabilities() {
+    const std::string machine = platform.device.machine();
+    if (machine == "iPhone1,1" || machine.find("iPod") != machine.npos)
+        return false;
+    if (machine.find("iPad") != machine.npos && !supportsCapability("cellular-data"))
+        return false;
+    switch (getDeviceKind(nullptr)) {
+    case kind3G4G:
+        // As cellular data stands at this moment, for the life of the object.
+        return platform.cellular.dataPlanIsEnabled();
+    case kind2G3G:
+        return platform.device.userInterfaceIdiom() == phoneIdiom;
+    default:
+        return false;
+    }
+}
+
+bool RadiosLib::supportsCapability(const std::string& name) {
+    if (platform.device.coreFoundationVersionNumber() <= lastVersionWithoutGestalt)
+        return platform.capabilities.linkedGSSystemHasCapability(name) != 0;
+    if (!cachedMGGetBoolAnswer) {
+        // The library stays open for as long as the function may be called.
+        const LibraryRef library = platform.libraries.open("/usr/lib/libMobileGestalt.dylib");
+        if (!library)
+            return false;
+        cachedMGGetBoolAnswer = platform.libraries.find(library, "MGGetBoolAnswer");
+        if (!cachedMGGetBoolAnswer)
+            return false;
+    }
+    return platform.capabilities.callMGGetBoolAnswer(cachedMGGetBoolAnswer, name) & 1;
+}
+
+} // namespace noctara
