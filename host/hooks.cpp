@@ -4,6 +4,8 @@
 #include "platform/charger.h"
 #include "platform/system_log.h"
 
+#include <new>
+
 #pragma GCC diagnostic push
 #ifdef __clang__
 #pragma GCC diagnostic ignored "-Wdollar-in-identifier-extension"
@@ -47,11 +49,12 @@ void $SpringBoard$applicationDidFinishLaunching$(ObjectRef self, SelectorRef sel
                                                  ObjectRef application) {
     orig_SpringBoard_applicationDidFinishLaunching(self, selector, application);
     processPlatform->log.write("Noctara hooked SpringBoard !");
-    NoctaraInstance = new NoctaraThread(*processPlatform);
+    NoctaraInstance = new (std::nothrow) NoctaraThread(*processPlatform);
     if (isDebug())
         processPlatform->log.write("Noctara thread started !");
     registerPowerListener();
-    NoctaraInstance->start();
+    if (NoctaraInstance)
+        NoctaraInstance->start();
 }
 
 void replaced_SBUIController_ACPowerChanged(ObjectRef self, SelectorRef selector) {

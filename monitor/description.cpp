@@ -42,9 +42,10 @@ std::string describe(const Data& data) {
     return result + '>';
 }
 
+/// A nested value stands behind its own margin even where it follows "key = ".
 std::string describe(const Array& array, std::size_t indent) {
     const std::string margin(indent, ' ');
-    std::string result = "(\n";
+    std::string result = margin + "(\n";
     for (std::size_t i = 0; i < array.size(); ++i)
         result += margin + std::string(indentation, ' ') +
                   describe(array[i], indent + indentation) + (i + 1 < array.size() ? ",\n" : "\n");
@@ -58,7 +59,7 @@ std::string describe(const Dictionary& dictionary, std::size_t indent) {
     std::sort(entries.begin(), entries.end(),
               [](const auto* one, const auto* other) { return one->key < other->key; });
     const std::string margin(indent, ' ');
-    std::string result = "{\n";
+    std::string result = margin + "{\n";
     for (const auto* entry : entries)
         result += margin + std::string(indentation, ' ') + quoted(entry->key) + " = " +
                   describe(entry->value, indent + indentation) + ";\n";

@@ -1,0 +1,22 @@
+/// The dates of XML property lists.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace noctara {
+
+/// From 0001-01-01T00:00:00Z to 9999-12-31T23:59:59Z, in seconds since 1970.
+inline constexpr std::int64_t earliestPropertyListDate = -62135596800;
+inline constexpr std::int64_t latestPropertyListDate = 253402300799;
+
+/// Seconds since 1970 of `2012-03-04T05:06:07Z`, blanks around it allowed; the year may have fewer
+/// than four digits. Absent when it is not a date of the range above.
+std::optional<std::int64_t> secondsOfDateText(std::string_view text);
+
+/// The other way round; `seconds` must be in the range above.
+std::string dateText(std::int64_t seconds);
+
+} // namespace noctara

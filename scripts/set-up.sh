@@ -1,0 +1,52 @@
+# Sourced by the scripts beside it. Gets what a build needs onto the machine, and builds; what is
+# there already takes no time.
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+script=scripts/$(basename "$0")
+
+die() {
+    echo "$script: $1" >&2
+    exit 2
+}
+
+# need_packages KIND...: installs the packages of these kinds that are missing.
+need_packages() {
+    command -v apt-get > /dev/null || die "needs a Debian system, as it installs packages with apt-get"
+    local kinds=" $* " missing=() kind package
+    while read -r kind package; do
+        [[ $kinds == *" $kind "* ]] || continue
+        dpkg-query -W -f '${Status}' "$package" 2> /dev/null | grep -q 'ok installed' ||
+            missing+=("$package")
+    done < <(grep -v '^#' "$root/scripts/packages.txt")
+    [ ${#missing[@]} -eq 0 ] && return
+
+    [ "$(id -u)" -eq 0 ] ||
+        die "lacks packages and is not root; as root, run: apt-get install ${missing[*]}"
+    echo "$script: installing ${missing[*]}" >&2
+    export DEBIAN_FRONTEND=noninteractive
+    local log
+    log=$(mktemp)
+    if ! { apt-get -q update && apt-get -q install -y --no-install-recommends "${missing[@]}"; } \
+        > "$log" 2>&1; then
+        local reason
+        reason=$(grep -m 1 '^[EW]:' "$log")
+        rm -f "$log"
+        die "cannot install ${missing[*]} (is there a network?): $reason"
+    fi
+    rm -f "$log"
+}
+
+# build FOLDER TARGET [CMAKE OPTION...]: configures once and brings the target up to date, quietly
+# unless it fails.
+build() {
+    local folder=$root/$1 target=$2 log
+    shift 2
+    log=$(mktemp)
+    if ! { { [ -f "$folder/build.ninja" ] || cmake -S "$root" -B "$folder" -G Ninja "$@"; } &&
+        cmake --build "$folder" --target "$target"; } > "$log" 2>&1; then
+        cat "$log" >&2
+        rm -f "$log"
+        die "the build failed, as above"
+    fi
+    rm -f "$log"
+}

@@ -1,0 +1,113 @@
+/// The `noctara` command. Exit codes: 0 fine, 1 the run found something wrong, 2 bad input.
+#include "tools/bad_input.h"
+#include "tools/detect.h"
+#include "tools/night.h"
+
+#include <CLI/CLI.hpp>
+
+#include <iostream>
+#include <map>
+
+namespace {
+
+using namespace noctara;
+
+constexpr int badInput = 2;
+
+void addRecordingOptions(CLI::App& command, RecordingOptions& options) {
+    command
+        .add_option("--unit", options.unit,
+                    "unit of the recording, where the data does not tell it: g, mg or m/s2")
+        ->transform(CLI::CheckedTransformer(std::map<std::string, AccelerationUnit>{
+            {"g", AccelerationUnit::g},
+            {"mg", AccelerationUnit::milliG},
+            {"m/s2", AccelerationUnit::metresPerSecondSquared}}));
+    command
+        .add_option("--axes", options.axes,
+                    "whose axes the recording uses: android (reads +z with the screen up) or ios")
+        ->transform(CLI::CheckedTransformer(std::map<std::string, AxisConvention>{
+            {"android", AxisConvention::android}, {"ios", AxisConvention::ios}}));
+    command.add_option("--rate", options.rate,
+                       "samples per second, evenly spaced, for a recording without usable times");
+}
+
+} // namespace
+
+int main(int count, char** arguments) {
+    CLI::App app{"Noctara switches a phone's radios off while it lies still at night. This command "
+                 "plays its nights on a simulated phone."};
+    app.require_subcommand(1);
+    app.footer("Exit codes: 0 fine, 1 the run found something wrong, 2 bad input.");
+
+    NightOptions night;
+    auto& nightCommand =
+        *app.add_subcommand("night", "Plays a night and tells what the phone did, and why");
+    nightCommand.add_option("SCENARIO", night.scenario,
+                            "scenario file (see docs/scenarios.md); without one, a typical night");
+    nightCommand.add_flag("--log", night.log, "tell the lines of the system log as well");
+    nightCommand.add_option("--trace", night.trace,
+                            "write every call that the monitor makes of the phone to this file, as "
+                            "JSON Lines (see docs/trace.md)");
+    nightCommand.add_option("--settings", night.settings,
+                            "start from a copy of this settings file, an XML or binary property "
+                            "list, instead of the scenario's settings");
+    nightCommand.add_option("--root", night.root,
+                            "keep the phone's files as real files below this folder, made if it is "
+                            "missing, instead of in memory");
+    nightCommand.add_option("--motion", night.motion,
+                            "feed the accelerometer from this recording, which repeats when it "
+                            "ends, instead of the scenario's postures");
+    nightCommand.add_option("--motion-at", night.motionAt,
+                            "when the recording begins, as --start or as a time such as 23:30; "
+                            "default: the start");
+    addRecordingOptions(nightCommand, night.recording);
+    nightCommand.add_option("--start", night.overrides.start,
+                            "local date and time to start at, such as 2014-03-01T22:30");
+    nightCommand.add_option("--end", night.overrides.end,
+                            "local date and time to end at, or a time such as 07:30");
+    nightCommand.add_option("--timezone", night.overrides.timezone,
+                            "time zone of the phone, such as Europe/Paris");
+
+    std::filesystem::path recording;
+    RecordingOptions recordingOptions;
+    DetectOptions detection;
+    auto& detectCommand = *app.add_subcommand(
+        "detect", "Tells which Sensitivity suits a phone, from a recording of its accelerometer");
+    detectCommand
+        .add_option("RECORDING", recording,
+                    "CSV file with time, x, y and z, as phone loggers write them")
+        ->required();
+    detectCommand
+        .add_option("--sensitivity", detection.sensitivity,
+                    "the Sensitivity of the verdicts in the table by seconds")
+        ->capture_default_str();
+    addRecordingOptions(detectCommand, recordingOptions);
+
+    std::optional<std::filesystem::path> capabilitiesScenario;
+    auto& capabilitiesCommand = *app.add_subcommand(
+        "capabilities", "Lists the capabilities that the scenario's phone reports");
+    capabilitiesCommand.add_option("SCENARIO", capabilitiesScenario,
+                                   "scenario file; without one, the phone of the typical night");
+
+    try {
+        app.parse(count, arguments);
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == 0)
+            return app.exit(error);
+        std::cerr << "noctara: " << error.what() << " (noctara --help tells what there is)\n";
+        return badInput;
+    }
+
+    try {
+        if (nightCommand.parsed())
+            return playNight(night, std::cout, std::cerr);
+        if (detectCommand.parsed())
+            detect(readRecording(recording, recordingOptions, std::cerr), detection, std::cout);
+        else
+            reportCapabilities(chosenScenario(capabilitiesScenario, {}));
+        return 0;
+    } catch (const BadInput& error) {
+        std::cerr << "noctara: " << error.what() << '\n';
+        return badInput;
+    }
+}
