@@ -1,0 +1,84 @@
+/// The monitor on two real threads: what the simulated phone does one after the other happens at
+/// once here, and a sanitizer watches.
+#include "host/host.h"
+#include "monitor/noctara_thread.h"
+#include "tests/live/live_phone.h"
+
+#include <gtest/gtest.h>
+
+namespace noctara {
+
+namespace {
+
+Dictionary nightSettings() {
+    return {
+        {"Enabled", true},         {"ScanInterval", 1},    {"ScreenDown", true},
+        {"ActiveOnSleep", true},   {"DetectManual", true}, {"TimeLimit", true},
+        {"StartHour", 21},         {"StopHour", 7},        {"PlaySound", true},
+        {"Vibrate", true},         {"EnableOnAC", false},  {"Sensitivity", 5},
+        {"AirplaneSwitch", true},  {"WifiSwitch", false},  {"BTSwitch", false},
+        {"PhoneSwitch", false},    {"EdgeSwitch", false},  {"3GSwitch", false},
+        {"LocationSwitch", false}, {"Debug", true},        {"launch-app-com.example.alarm", true},
+    };
+}
+
+class ALivePhone : public testing::Test {
+protected:
+    /// Builds the monitor as the launch hook does, on the main thread.
+    void launch() {
+        phone.changeSettingsQuietly(nightSettings());
+        processPlatform = &platform;
+        NoctaraInstance = new NoctaraThread(platform);
+        registerPowerListener();
+        NoctaraInstance->start();
+    }
+
+    ~ALivePhone() override {
+        if (NoctaraInstance) {
+            NoctaraInstance->stop();
+            phone.workUntil([this] { return phone.monitorHasEnded(); }, [] {});
+        }
+        phone.joinMonitor();
+        delete NoctaraInstance;
+        NoctaraInstance = nullptr;
+        root_port = 0;
+        processPlatform = nullptr;
+    }
+
+    LivePhone phone;
+    Platform platform = phone.platform();
+};
+
+TEST_F(ALivePhone, goes_into_the_sleep_state_and_comes_back) {
+    launch();
+    phone.lieDown(true);
+    phone.workUntil([this] { return phone.transitions == 1; }, [] {});
+    EXPECT_TRUE(phone.airplane);
+    EXPECT_EQ(phone.applications.launches, 1);
+    phone.lieDown(false);
+    phone.workUntil([this] { return phone.transitions == 2; }, [] {});
+    EXPECT_FALSE(phone.airplane);
+}
+
+TEST_F(ALivePhone, stands_a_thousand_changes_from_the_main_thread_at_a_running_monitor) {
+    launch();
+    int changes = 0;
+    phone.workUntil([&] { return changes >= 1000 && phone.transitions >= 4; },
+                    [&] {
+                        ++changes;
+                        phone.lieDown(changes / 250 % 2 == 0);
+                        NoctaraInstance->setACState(changes % 2 == 0);
+                        phone.changeSettings({{"Sensitivity", changes % 9},
+                                              {"Debug", changes % 3 == 0},
+                                              {"Vibrate", changes % 5 == 0}});
+                        phone.powerMessage(kIOMessageCanSystemSleep);
+                        phone.powerMessage(kIOMessageSystemWillSleep);
+                    });
+    EXPECT_GE(phone.allowed + phone.cancelled, 2000);
+    EXPECT_GE(phone.allowed, 1000) << "a forced sleep is never refused";
+    EXPECT_GT(phone.readings, 10);
+}
+
+} // namespace
+
+} // namespace noctara

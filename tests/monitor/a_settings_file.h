@@ -1,0 +1,101 @@
+/// The stage of the settings tests: a monitor and its settings file, in memory or on a disk.
+#pragma once
+
+#include "platform/simulated/file_store.h"
+#include "tests/a_night.h"
+
+#include <filesystem>
+#include <optional>
+#include <stdexcept>
+#include <stdlib.h>
+#include <string>
+
+namespace noctara {
+
+class TemporaryFolder {
+public:
+    TemporaryFolder() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "settings-XXXXXX").string();
+        if (!::mkdtemp(pattern.data()))
+            throw std::runtime_error("no temporary folder");
+        path = pattern;
+    }
+    ~TemporaryFolder() { std::filesystem::remove_all(path); }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    std::filesystem::path path;
+};
+
+enum class Storage { memory, disk };
+
+/// The monitor is there, but has loaded nothing yet.
+class SettingsStage : public AMonitor {
+protected:
+    NoctaraThread& makeOn(Storage storage, const std::optional<Dictionary>& content) {
+        own.reset();
+        scenario.settings = content;
+        switchOn(store(storage));
+        own = std::make_unique<NoctaraThread>(phone().platform());
+        calls.clear();
+        return *own;
+    }
+
+    std::unique_ptr<FileStore> store(Storage storage) const {
+        return storage == Storage::disk ? makeDirectoryFileStore(folder.path)
+                                        : makeMemoryFileStore();
+    }
+
+    /// The file on the phone as it is now; absent when it is no dictionary.
+    std::optional<Dictionary> file() {
+        const auto content = phone().files.content(simulatedSettingsPath);
+        const auto* dictionary = content.value ? content.value->as<Dictionary>() : nullptr;
+        return dictionary ? std::optional(*dictionary) : std::nullopt;
+    }
+
+    std::filesystem::path placeOnDisk() const {
+        return folder.path / std::filesystem::path(simulatedSettingsPath).relative_path();
+    }
+
+    /// The settings screen announces the file as it stands.
+    void announce() { change({}); }
+
+    /// `settings` without some keys.
+    Dictionary without(std::initializer_list<const char*> keys) const {
+        Dictionary rest = settings;
+        for (const char* key : keys)
+            rest.remove(key);
+        return rest;
+    }
+
+    /// `settings` with some values replaced or added.
+    Dictionary with(const Dictionary& changed) const {
+        Dictionary all = settings;
+        for (const auto& [key, value] : changed)
+            all.set(key, value);
+        return all;
+    }
+
+private:
+    TemporaryFolder folder;
+};
+
+/// The same on both kinds of storage.
+class ASettingsFile : public SettingsStage, public testing::WithParamInterface<Storage> {
+protected:
+    NoctaraThread& holding(const std::optional<Dictionary>& content) {
+        return makeOn(GetParam(), content);
+    }
+};
+
+inline std::string nameOf(const testing::TestParamInfo<Storage>& storage) {
+    return storage.param == Storage::disk ? "on_disk" : "in_memory";
+}
+
+inline const std::string settingsFileCreated =
+    "Noctara file /private/var/mobile/Library/Preferences/com.quorbit.Noctara.plist created";
+inline const std::string settingsFileNotCreated =
+    "Noctara file /private/var/mobile/Library/Preferences/com.quorbit.Noctara.plist COULD NOT be "
+    "created";
+
+} // namespace noctara
