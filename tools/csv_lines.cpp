@@ -70,7 +70,8 @@ std::optional<double> parseWith(const char* format, const std::string& text) {
 std::string readText(const std::filesystem::path& path) {
     std::error_code error;
     if (!std::filesystem::exists(path, error))
-        throw BadInput(path.string() + ": there is no such file");
+        throw BadInput(path.string() +
+                       ": there is no such file; give the CSV file that the logger exports");
     if (std::filesystem::is_directory(path, error))
         throw BadInput(path.string() + ": this is a directory; give a CSV file");
     errno = 0;

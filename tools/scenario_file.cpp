@@ -192,7 +192,8 @@ std::string readText(const std::filesystem::path& file) {
     if (!stream ||
         (!stream.read(text.data(), static_cast<std::streamsize>(text.size())) && stream.bad()))
         throw BadInput(file.string() + ": cannot be read: " +
-                       std::generic_category().message(errno != 0 ? errno : EIO));
+                       std::generic_category().message(errno != 0 ? errno : EIO) +
+                       "; give the name of a scenario file");
     text.resize(static_cast<std::size_t>(stream.gcount()));
     if (text.size() > mostBytes)
         throw BadInput(file.string() + ": is too large; at most 1 MiB is accepted");

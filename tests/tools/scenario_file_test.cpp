@@ -635,7 +635,9 @@ TEST_F(AScenarioFile, of_at_most_a_mebibyte_is_accepted) {
 
 TEST_F(AScenarioFile, that_cannot_be_read_is_refused) {
     const auto missing = folder / "missing.toml";
-    EXPECT_EQ(refusalOf(missing), missing.string() + ": cannot be read: No such file or directory");
+    EXPECT_EQ(refusalOf(missing),
+              missing.string() +
+                  ": cannot be read: No such file or directory; give the name of a scenario file");
     EXPECT_EQ(refusalOf(folder),
               folder.string() + ": is a directory; give the name of a scenario file");
 }

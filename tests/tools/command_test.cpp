@@ -1,0 +1,100 @@
+/// The command as a user meets it: exit codes, one line for what is wrong, help worth reading.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <string>
+#include <sys/wait.h>
+
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+struct Outcome {
+    int exitCode;
+    std::string output; ///< Standard output and standard error.
+};
+
+Outcome run(const std::string& arguments) {
+    const std::string command = "'" NOCTARA_COMMAND "' " + arguments + " 2>&1";
+    FILE* const pipe = popen(command.c_str(), "r");
+    std::string output;
+    std::array<char, 4096> chunk;
+    while (const auto size = std::fread(chunk.data(), 1, chunk.size(), pipe))
+        output.append(chunk.data(), size);
+    return {WEXITSTATUS(pclose(pipe)), output};
+}
+
+/// A refusal is exit code 2 and one line that begins with the command's name.
+std::string refusalOf(const std::string& arguments) {
+    const Outcome outcome = run(arguments);
+    EXPECT_EQ(outcome.exitCode, 2) << arguments;
+    EXPECT_EQ(std::count(outcome.output.begin(), outcome.output.end(), '\n'), 1) << outcome.output;
+    EXPECT_THAT(outcome.output, StartsWith("noctara: "));
+    return outcome.output;
+}
+
+TEST(TheCommand, plays_the_typical_night_and_exits_with_0) {
+    const Outcome outcome = run("night");
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_THAT(outcome.output, HasSubstr("The phone is in the sleep state."));
+}
+
+TEST(TheCommand, exits_with_1_when_waking_left_a_radio_off) {
+    const Outcome outcome = run("night scenarios/held-during-a-call.toml");
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_THAT(outcome.output,
+                EndsWith("Something is wrong: waking at 06:50:05 left the data rate "
+                         "at 2G; it was 4G before.\n"));
+}
+
+TEST(TheCommand, explains_itself) {
+    const Outcome outcome = run("night --help");
+    EXPECT_EQ(outcome.exitCode, 0);
+    for (const char* option : {"--log", "--trace FILE", "--settings FILE", "--root FOLDER",
+                               "--motion RECORDING", "--motion-at TIME", "--start TIME",
+                               "--end TIME", "--timezone ZONE", "--unit UNIT", "--axes AXES"})
+        EXPECT_THAT(outcome.output, HasSubstr(option));
+    EXPECT_THAT(outcome.output, HasSubstr("Exit codes: 0 fine"));
+}
+
+TEST(TheCommand, refuses_what_it_does_not_know) {
+    EXPECT_THAT(refusalOf(""), HasSubstr("--help"));
+    EXPECT_THAT(refusalOf("night --nope"), HasSubstr("--nope"));
+    EXPECT_THAT(refusalOf("sleep"), HasSubstr("--help"));
+    EXPECT_THAT(refusalOf("detect"), HasSubstr("RECORDING"));
+    EXPECT_THAT(refusalOf("detect --unit furlong x.csv"),
+                HasSubstr("\"furlong\" is none of: g, m/s2, mg"));
+    EXPECT_THAT(refusalOf("night --motion-at 23:00"), HasSubstr("--motion"));
+}
+
+TEST(TheCommand, names_the_file_the_line_and_the_column_of_a_wrong_scenario) {
+    const std::string scenario = testing::TempDir() + "noctara_command_test.toml";
+    FILE* const file = std::fopen(scenario.c_str(), "w");
+    std::fputs("[phone]\nchargr = true\n", file);
+    std::fclose(file);
+    EXPECT_THAT(refusalOf("night '" + scenario + "'"),
+                StartsWith("noctara: " + scenario + ":2:1: "));
+    std::remove(scenario.c_str());
+}
+
+TEST(TheCommand, names_files_that_are_not_there) {
+    EXPECT_THAT(refusalOf("night no-such.toml"), HasSubstr("no-such.toml"));
+    EXPECT_THAT(refusalOf("detect no-such.csv"), HasSubstr("no-such.csv"));
+    EXPECT_THAT(refusalOf("night --settings no-such.plist"), HasSubstr("no-such.plist"));
+    EXPECT_THAT(refusalOf("capabilities no-such.toml"), HasSubstr("no-such.toml"));
+}
+
+TEST(TheCommand, reports_the_capabilities_of_the_scenarios_phone) {
+    const Outcome outcome = run("capabilities");
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_THAT(outcome.output, StartsWith("Device: iPhone 4S\n720p: No\n"));
+    EXPECT_THAT(outcome.output, HasSubstr("\nwifi: Yes\n"));
+    EXPECT_EQ(std::count(outcome.output.begin(), outcome.output.end(), '\n'), 62);
+}
+
+} // namespace
