@@ -11,6 +11,34 @@ namespace {
 
 constexpr std::size_t indentation = 4;
 
+void appendEscaped(std::string& result, char32_t character) {
+    char escape[16];
+    const auto unit = [&](char32_t utf16) {
+        std::snprintf(escape, sizeof escape, "\\U%04x", static_cast<unsigned>(utf16));
+        result += escape;
+    };
+    if (character < 0x10000) {
+        unit(character);
+    } else {
+        unit(0xD800 + ((character - 0x10000) >> 10));
+        unit(0xDC00 + ((character - 0x10000) & 0x3FF));
+    }
+}
+
+/// Reads the character that begins at `place` and moves on behind it. Bytes that are no UTF-8 stand
+/// for themselves.
+char32_t nextCharacter(const std::string& text, std::size_t& place) {
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const unsigned char first = byte(place++);
+    const std::size_t following = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : first >= 0xC0 ? 1 : 0;
+    if (following == 0 || place + following > text.size())
+        return first;
+    char32_t character = first & (0x3FU >> following);
+    for (std::size_t i = 0; i < following; ++i)
+        character = (character << 6) | (byte(place++) & 0x3FU);
+    return character;
+}
+
 /// Text in quotes, as the old property-list form wants it, unless it is one plain word.
 std::string quoted(const std::string& text) {
     const auto isPlain = [](unsigned char c) {
@@ -19,13 +47,18 @@ std::string quoted(const std::string& text) {
     if (!text.empty() && std::all_of(text.begin(), text.end(), isPlain))
         return text;
     std::string result = "\"";
-    for (const char c : text) {
-        if (c == '"' || c == '\\')
-            result += '\\';
-        if (c == '\n')
+    for (std::size_t place = 0; place < text.size();) {
+        const char32_t character = nextCharacter(text, place);
+        if (character == '"' || character == '\\')
+            (result += '\\') += static_cast<char>(character);
+        else if (character == '\n')
             result += "\\n";
+        else if (character == '\t')
+            result += "\\t";
+        else if (character >= ' ' && character < 0x7F)
+            result += static_cast<char>(character);
         else
-            result += c;
+            appendEscaped(result, character);
     }
     return result + '"';
 }
@@ -70,7 +103,7 @@ std::string describe(const PropertyList& value, std::size_t indent) {
     if (const auto* truth = value.as<bool>())
         return *truth ? "1" : "0";
     if (const auto* integer = value.as<std::int64_t>())
-        return std::to_string(*integer);
+        return quoted(std::to_string(*integer));
     if (const auto* real = value.as<double>()) {
         char digits[32];
         std::snprintf(digits, sizeof digits, "%.16g", *real);

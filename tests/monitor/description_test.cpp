@@ -30,7 +30,7 @@ TEST(ADescription, shows_truths_as_digits) {
 }
 
 TEST(ADescription, shows_numbers_and_quotes_reals) {
-    EXPECT_EQ(described(-21), "-21");
+    EXPECT_EQ(described(-21), "\"-21\"");
     EXPECT_EQ(described(std::int64_t{1} << 62), "4611686018427387904");
     EXPECT_EQ(described(0.5), "\"0.5\"");
     EXPECT_EQ(described(-2.75), "\"-2.75\"");
@@ -44,6 +44,15 @@ TEST(ADescription, quotes_text_unless_it_is_one_plain_word) {
     EXPECT_EQ(described("com.apple.mobiletimer"), "\"com.apple.mobiletimer\"");
     EXPECT_EQ(described("under_score"), "\"under_score\"");
     EXPECT_EQ(described("say \"hi\" \\ \n"), "\"say \\\"hi\\\" \\\\ \\n\"");
+}
+
+TEST(ADescription, escapes_what_is_not_plain_ascii) {
+    EXPECT_EQ(described("tab\tline\nend"), "\"tab\\tline\\nend\"");
+    EXPECT_EQ(described("Caf\xc3\xa9"), "\"Caf\\U00e9\"");
+    EXPECT_EQ(described("\xe2\x82\xac"), "\"\\U20ac\"");
+    EXPECT_EQ(described("\xf0\x9f\x8c\x99"), "\"\\Ud83c\\Udf19\"");
+    EXPECT_EQ(described("\x01"), "\"\\U0001\"");
+    EXPECT_EQ(described("cut \xf0\x9f"), "\"cut \\U00f0\\U009f\"");
 }
 
 TEST(ADescription, quotes_keys_like_text) {
