@@ -66,7 +66,8 @@ public:
     PropertyList(bool truth) : value(truth) {}
     PropertyList(std::int32_t integer) : value(std::int64_t{integer}) {}
     PropertyList(std::int64_t integer) : value(integer) {}
-    PropertyList(double real) : value(real) {}
+    /// A negative zero is taken for zero: not every writer of property lists keeps its sign.
+    PropertyList(double real) : value(real + 0.0) {}
     PropertyList(const char* text) : value(std::string(text)) {}
     PropertyList(std::string text) : value(std::move(text)) {}
     PropertyList(Date date) : value(date) {}

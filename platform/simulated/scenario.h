@@ -10,20 +10,21 @@
 
 namespace noctara {
 
-/// Something that happens to the phone at an instant. The actions and their values:
+/// Something that happens to the phone at an instant. The actions, and their values:
 ///
-/// | action | value |
-/// |---|---|
-/// | posture | string (screen-down, screen-up, in-hand, in-pocket, moving, none), or array of the
-/// reals x, y, z in g | | charger, airplane, wifi, bluetooth, bluetooth_connected, cellular_data,
-/// location, telephony_server | bool | | settings | dictionary, merged into the settings file and
-/// announced | | remove_settings | array of strings, keys taken out of the settings file; announced
-/// | | call | string: none, in-call, outgoing, incoming, active | | max_rate | string: 2G, 3G, 4G |
-/// | disk | string: ok, full, read-only |
-/// | settings_file | string: missing, damaged |
-/// | power_message | integer, a message type |
-/// | clock | date that the wall clock is set to |
-/// | button, stop | true |
+/// - posture: a string (screen-down, screen-up, in-hand, in-pocket, moving or none), or an array of
+///   the reals x, y, z in g
+/// - charger, airplane, wifi, bluetooth, bluetooth_connected, cellular_data, location,
+///   telephony_server: a bool
+/// - settings: a dictionary, merged into the settings file and announced
+/// - remove_settings: an array of strings, keys taken out of the settings file; announced
+/// - call: a string (none, in-call, outgoing, incoming or active)
+/// - max_rate: a string (2G, 3G or 4G)
+/// - disk: a string (ok, full or read-only)
+/// - settings_file: a string (missing or damaged)
+/// - power_message: an integer, the message's type
+/// - clock: the date that the wall clock is set to
+/// - button, stop: true
 struct Event {
     Date at; ///< By a clock that no `clock` event has touched.
     std::string action;

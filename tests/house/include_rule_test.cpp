@@ -15,11 +15,10 @@ namespace {
 namespace fs = std::filesystem;
 
 const std::set<std::string> standardHeaders{
-    "algorithm", "array",   "atomic",  "charconv",    "chrono",           "cmath",
-    "compare",   "cstdarg", "cstddef", "cstdint",     "cstdio",           "functional",
-    "memory",
-    "new",    "mutex",   "limits",  "optional",    "stdexcept",        "string",
-    "utility",   "variant", "vector",  "string_view", "initializer_list",
+    "algorithm", "array",   "atomic",  "charconv", "chrono",      "cmath",
+    "compare",   "cstdarg", "cstddef", "cstdint",  "cstdio",      "functional",
+    "memory",    "new",     "mutex",   "limits",   "optional",    "stdexcept",
+    "string",    "utility", "variant", "vector",   "string_view", "initializer_list",
 };
 
 struct Include {

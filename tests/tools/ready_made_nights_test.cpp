@@ -34,10 +34,13 @@ std::vector<std::string> readyMadeNights() {
     return names;
 }
 
-/// A folder that is gone with the object.
+/// A folder that is gone with the object; in memory where the system has such a place, as a phone
+/// with real files syncs thousands of them in a night.
 struct TemporaryFolder {
     TemporaryFolder() {
-        std::string pattern = (fs::temp_directory_path() / "noctara-XXXXXX").string();
+        const fs::path memory = "/dev/shm";
+        const fs::path place = fs::exists(memory) ? memory : fs::temp_directory_path();
+        std::string pattern = (place / "noctara-XXXXXX").string();
         path = mkdtemp(pattern.data());
     }
     ~TemporaryFolder() { fs::remove_all(path); }
