@@ -4,6 +4,7 @@
 #include "host/host.h"
 #include "platform/simulated/simulated_phone.h"
 #include "tests/call_log.h"
+#include "tests/full_settings.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,7 +17,8 @@ namespace noctara {
 
 class ANight : public testing::Test {
 protected:
-    /// The defaults of a complete settings file. Change `settings` and `scenario` before `begin`.
+    /// The defaults of a complete settings file, but for the wake-ups, which most tests leave out.
+    /// Change `settings` and `scenario` before `begin`.
     ANight() { scenario.end.secondsSince1970 = scenario.start.secondsSince1970 + 7 * 86400; }
 
     /// The phone is switched on and SpringBoard has launched; the monitor thread has not run yet.
@@ -57,15 +59,7 @@ protected:
     }
 
     Scenario scenario;
-    Dictionary settings{
-        {"Enabled", true},         {"ScanInterval", 1},    {"ScreenDown", true},
-        {"ActiveOnSleep", false},  {"DetectManual", true}, {"TimeLimit", false},
-        {"StartHour", 21},         {"StopHour", 7},        {"PlaySound", true},
-        {"Vibrate", true},         {"EnableOnAC", false},  {"Sensitivity", 5},
-        {"AirplaneSwitch", true},  {"WifiSwitch", false},  {"BTSwitch", false},
-        {"PhoneSwitch", false},    {"EdgeSwitch", false},  {"3GSwitch", false},
-        {"LocationSwitch", false}, {"Debug", false},       {"Stop", false},
-    };
+    Dictionary settings = fullSettings({{"ActiveOnSleep", false}});
     CallLog calls;
 
 private:

@@ -9,6 +9,7 @@
 #include <fmt/ranges.h>
 
 #include <cmath>
+#include <sstream>
 
 namespace noctara {
 
@@ -48,6 +49,12 @@ void Story::tell(Date at, const std::string& line) {
     lastTime = time;
 }
 
+void Story::tellLog(Date at, const std::string& logged) {
+    std::istringstream lines(logged);
+    for (std::string line; std::getline(lines, line);)
+        tell(at, "| " + line);
+}
+
 void Story::happens(const Happening& happening) {
     finishSettings();
     if (happening.action == "power_message") {
@@ -64,7 +71,7 @@ void Story::called(const Call& call) {
     const auto operation = call.operation;
     if (operation == "NSLog") {
         if (withLog)
-            tell(call.at, fmt::format("| {}", text(call, 0)));
+            tellLog(call.at, std::string(text(call, 0)));
         return;
     }
     if (operation == "NSThread start")

@@ -28,6 +28,7 @@ private:
     enum class Pause { none, off, charger, window };
 
     void tell(Date at, const std::string& text);
+    void tellLog(Date at, const std::string& logged);
 
     void followSettings(const Call& call);
     void finishSettings();

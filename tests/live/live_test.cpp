@@ -2,6 +2,7 @@
 /// once here, and a sanitizer watches.
 #include "host/host.h"
 #include "monitor/noctara_thread.h"
+#include "tests/full_settings.h"
 #include "tests/live/live_phone.h"
 
 #include <gtest/gtest.h>
@@ -10,23 +11,12 @@ namespace noctara {
 
 namespace {
 
-Dictionary nightSettings() {
-    return {
-        {"Enabled", true},         {"ScanInterval", 1},    {"ScreenDown", true},
-        {"ActiveOnSleep", true},   {"DetectManual", true}, {"TimeLimit", true},
-        {"StartHour", 21},         {"StopHour", 7},        {"PlaySound", true},
-        {"Vibrate", true},         {"EnableOnAC", false},  {"Sensitivity", 5},
-        {"AirplaneSwitch", true},  {"WifiSwitch", false},  {"BTSwitch", false},
-        {"PhoneSwitch", false},    {"EdgeSwitch", false},  {"3GSwitch", false},
-        {"LocationSwitch", false}, {"Debug", true},        {"launch-app-com.example.alarm", true},
-    };
-}
-
 class ALivePhone : public testing::Test {
 protected:
     /// Builds the monitor as the launch hook does, on the main thread.
     void launch() {
-        phone.changeSettingsQuietly(nightSettings());
+        phone.changeSettingsQuietly(fullSettings(
+            {{"TimeLimit", true}, {"Debug", true}, {"launch-app-com.example.alarm", true}}));
         processPlatform = &platform;
         NoctaraInstance = new NoctaraThread(platform);
         registerPowerListener();
