@@ -1,84 +1,24 @@
 /// Files as loggers, spreadsheets and accidents leave them, read as the monitor would see them.
 #include "tools/recording.h"
 
+#include "tests/tools/a_recording.h"
 #include "tools/bad_input.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
-
-using testing::Contains;
-using testing::HasSubstr;
-using testing::StartsWith;
 
 namespace noctara {
 namespace {
 
-class ARecording : public testing::Test {
-protected:
-    ~ARecording() override { std::filesystem::remove_all(path); }
-
-    Recording read(const std::string& text, const RecordingOptions& options = {}) {
-        std::ofstream(path, std::ios::binary) << text;
-        complaints.str("");
-        return readRecording(path, options, complaints);
-    }
-
-    /// The one line for the user, without the name of the file.
-    std::string refusalOf(const std::string& text, const RecordingOptions& options = {}) {
-        try {
-            read(text, options);
-        } catch (const BadInput& refusal) {
-            return withoutName(refusal.what());
-        }
-        return "it was read";
-    }
-
-    std::string withoutName(const std::string& line) const {
-        EXPECT_THAT(line, StartsWith(path.string()));
-        return line.substr(path.string().size());
-    }
-
-    std::vector<std::string> complaintLines() const {
-        std::istringstream in(complaints.str());
-        std::vector<std::string> lines;
-        for (std::string line; std::getline(in, line);)
-            lines.push_back(withoutName(line));
-        return lines;
-    }
-
-    /// Of this test alone: tests may run at once, each in a process of its own.
-    static std::filesystem::path ownPath() {
-        std::string name = testing::UnitTest::GetInstance()->current_test_info()->name();
-        std::replace(name.begin(), name.end(), '/', '-');
-        return std::filesystem::path(testing::TempDir()) / (name + ".csv");
-    }
-
-    std::filesystem::path path = ownPath();
-    std::ostringstream complaints;
-};
-
-void expectReading(const Acceleration& a, double x, double y, double z) {
-    EXPECT_NEAR(a.x, x, 1e-9);
-    EXPECT_NEAR(a.y, y, 1e-9);
-    EXPECT_NEAR(a.z, z, 1e-9);
-}
-
-/// Two readings of a phone lying screen up, tilted towards x, in the monitor's axes.
-void expectTiltedScreenUp(const Recording& recording, double secondsBetween) {
-    ASSERT_EQ(recording.samples.size(), 2U);
-    EXPECT_EQ(recording.samples[0].seconds, 0);
-    EXPECT_NEAR(recording.samples[1].seconds, secondsBetween, 1e-6);
-    for (const auto& sample : recording.samples)
-        expectReading(sample.acceleration, -0.1, 0, -1);
-}
+using testing::Contains;
+using testing::HasSubstr;
+using testing::StartsWith;
 
 TEST_F(ARecording, with_decimal_commas_is_read_by_column_name) {
     expectTiltedScreenUp(read("time;X_value;Y_value;Z_value\n"
@@ -128,78 +68,6 @@ TEST_F(ARecording, says_what_was_assumed_and_which_option_changes_it) {
     EXPECT_THAT(recording.remarks, Contains("axes: Android's (screen up reads z = +1 g), as usual "
                                             "with this unit; --axes ios says otherwise"));
 }
-
-struct Logger {
-    const char* name;
-    const char* headings;
-    /// Two lines of a phone lying screen up that reads -0.1, 0, -1 g in the monitor's axes.
-    const char* rows;
-    double secondsBetween;
-};
-
-void PrintTo(const Logger& logger, std::ostream* out) {
-    *out << logger.name;
-}
-
-class ALogger : public ARecording, public testing::WithParamInterface<Logger> {};
-
-TEST_P(ALogger, is_understood_by_its_headings) {
-    expectTiltedScreenUp(read(std::string(GetParam().headings) + GetParam().rows),
-                         GetParam().secondsBetween);
-    EXPECT_EQ(complaints.str(), "");
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    OfAPhone, ALogger,
-    testing::Values(
-        Logger{"Phyphox",
-               "\"Time (s)\",\"Acceleration x (m/s^2)\",\"Acceleration y (m/s^2)\",\"Acceleration "
-               "z (m/s^2)\",\"Absolute acceleration (m/s^2)\"\n",
-               "1.0E0,9.80665E-1,0.0E0,9.80665E0,9.86E0\n1.01E0,9.80665E-1,0.0E0,9.80665E0,9.8E0\n",
-               0.01},
-        Logger{"PhyphoxGerman",
-               "\"Zeit (s)\";\"Beschleunigung x (m/s^2)\";\"Beschleunigung y (m/s^2)\";"
-               "\"Beschleunigung z (m/s^2)\"\n",
-               "\"1,00\";\"0,980665\";\"0\";\"9,80665\"\n\"1,01\";\"0,980665\";\"0\";\"9,80665\"\n",
-               0.01},
-        Logger{"PhysicsToolboxForces", "time,gFx,gFy,gFz,TgF\n",
-               "0.004,-0.1,0,-1,1.0\n0.008,-0.1,0,-1,1.0\n", 0.004},
-        Logger{"PhysicsToolboxAll", "time;ax;ay;az;aT;gFx;gFy;gFz;wx;wy;wz;Bx;By;Bz\n",
-               "0;5;5;5;8;-0.1;0;-1;1;2;3;4;5;6\n0.5;5;5;5;8;-0.1;0;-1;1;2;3;4;5;6\n", 0.5},
-        Logger{"SensorLogger", "time,seconds_elapsed,z,y,x\n",
-               "1669000000000000000,0.25,9.80665,0,0.980665\n"
-               "1669000000010000000,0.26,9.80665,0,0.980665\n",
-               0.01},
-        Logger{"AndroSensor",
-               "LINEAR ACCELERATION X (m/s²);LINEAR ACCELERATION Y (m/s²);LINEAR ACCELERATION Z "
-               "(m/s²);GRAVITY X (m/s²);GRAVITY Y (m/s²);GRAVITY Z (m/s²);ACCELEROMETER X (m/s²);"
-               "ACCELEROMETER Y (m/s²);ACCELEROMETER Z (m/s²);GYROSCOPE X (rad/s);GYROSCOPE Y "
-               "(rad/s);GYROSCOPE Z (rad/s);ORIENTATION X (pitch °);Time since start in ms ;"
-               "YYYY-MO-DD HH-MI-SS_SSS\n",
-               "1;1;1;2;2;2;0.980665;0;9.80665;3;3;3;4;20;2014-03-01 22-30-00_000\n"
-               "1;1;1;2;2;2;0.980665;0;9.80665;3;3;3;4;520;2014-03-01 22-30-00_500\n",
-               0.5},
-        Logger{"SensorLogForIos",
-               "loggingTime(txt),locationTimestamp_since1970(s),"
-               "accelerometerTimestamp_sinceReboot(s),accelerometerAccelerationX(G),"
-               "accelerometerAccelerationY(G),accelerometerAccelerationZ(G),"
-               "motionUserAccelerationX(G),motionUserAccelerationY(G),motionUserAccelerationZ(G)\n",
-               "2014-03-01T22:30:00.000+01:00,1393709400,5000.1,-0.1,0,-1,7,7,7\n"
-               "2014-03-01T22:30:00.033+01:00,1393709400,5000.2,-0.1,0,-1,7,7,7\n",
-               0.1},
-        Logger{"MatlabMobile", "\"X\",\"Y\",\"Z\",\"Timestamp\"\n",
-               "0.980665,0,9.80665,01-Mar-2014 22:30:00.100\n"
-               "0.980665,0,9.80665,01-Mar-2014 22:30:00.350\n",
-               0.25},
-        Logger{"WebPage",
-               "timestamp,accelerationX,accelerationY,accelerationZ,accelerationIncludingGravityX,"
-               "accelerationIncludingGravityY,accelerationIncludingGravityZ\n",
-               "16,7,7,7,0.980665,0,9.80665\n32,7,7,7,0.980665,0,9.80665\n", 0.016},
-        Logger{"Plain", "t\tx\ty\tz\n", "0\t-0.1\t0\t-1\n0.1\t-0.1\t0\t-1\n", 0.1},
-        Logger{"CommentedHeadings", "# t [us], acc_z, acc_y, acc_x\n",
-               "0,-1,0,-0.1\n2500,-1,0,-0.1\n", 0.0025},
-        Logger{"NoHeadings", "", "5,-0.1,0,-1\n6,-0.1,0,-1\n", 1.0}),
-    [](const auto& logger) { return std::string(logger.param.name); });
 
 TEST_F(ARecording, prefers_the_raw_accelerometer_whatever_the_order) {
     const Recording recording =
