@@ -32,6 +32,6 @@ Summary of 9 h 30 min
   in the sleep state    7 h 30 min
   transitions           2
   readings              374, accelerometer on for 6 min 14 s
-  wake-ups              374 scheduled, 34 fired
+  wake-ups              374 scheduled, 33 fired
   idle sleeps           0 refused, 37 allowed, 8 h 39 min in all
   applications          0 launched, 0 quit

@@ -8,7 +8,7 @@ Saturday, 1 March 2014
           It plays the airplane-mode sound.
 23:30:03  Reading 2 of 3: lying screen down, 0.0° off.
 23:30:05  Reading 3 of 3: lying screen down, 0.0° off.
-          It vibrates, leaves a radio as it is, because of a call.
+          It vibrates, leaves the data rate as it is, because of a call.
           The phone is in the sleep state.
 23:45:00  The call is over.
 
@@ -32,7 +32,7 @@ Sunday, 2 March 2014
 06:50:01  Reading 1 of 3: not lying screen down (143.1° off, 1.00 g).
 06:50:03  Reading 2 of 3: not lying screen down (143.1° off, 1.00 g).
 06:50:05  Reading 3 of 3: not lying screen down (143.1° off, 1.00 g).
-          It plays the off sound, vibrates, leaves a radio as it is, because of a call.
+          It plays the off sound, vibrates, leaves the data rate as it is, because of a call.
           The phone is awake again.
 06:55:00  The call is over.
 

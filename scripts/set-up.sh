@@ -2,7 +2,7 @@
 # there already takes no time.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-script=scripts/$(basename "$0")
+script=$(basename "$(dirname "$(realpath "$0")")")/$(basename "$0")
 
 die() {
     echo "$script: $1" >&2
@@ -29,7 +29,7 @@ need_packages() {
     if ! { apt-get -q update && apt-get -q install -y --no-install-recommends "${missing[@]}"; } \
         > "$log" 2>&1; then
         local reason
-        reason=$(grep -m 1 '^[EW]:' "$log")
+        reason=$(grep -m 1 '^[EW]:' "$log" || true)
         rm -f "$log"
         die "cannot install ${missing[*]} (is there a network?): $reason"
     fi

@@ -163,7 +163,8 @@ std::int32_t highestPassing(const std::vector<Reading>& readings, bool screenDow
     return sensitivity;
 }
 
-void writeLying(const std::vector<Reading>& readings, bool screenDown, std::ostream& out) {
+void writeLying(const std::vector<Reading>& readings, bool axesAreAssumed, bool screenDown,
+                std::ostream& out) {
     const char* posture = screenDown ? "down" : "up";
     const double share = shareOf(readings, 0, screenDown);
     const double otherShare = shareOf(readings, 0, !screenDown);
@@ -175,6 +176,10 @@ void writeLying(const std::vector<Reading>& readings, bool screenDown, std::ostr
     if (otherShare > 0)
         print(out, "With the screen %s it does so in %.2f %%.\n", screenDown ? "up" : "down",
               shownPercent(otherShare));
+
+    if (axesAreAssumed)
+        print(out, "That it is %s, and not %s, rests on the axes that were assumed above.\n",
+              posture, screenDown ? "up" : "down");
 
     std::vector<Reading> lying;
     std::copy_if(readings.begin(), readings.end(), std::back_inserter(lying),
@@ -245,7 +250,7 @@ void detect(const Recording& recording, const DetectOptions& options, std::ostre
     const double up = shareOf(readings, 0, false);
     const double down = shareOf(readings, 0, true);
     if (up > 0 || down > 0)
-        writeLying(readings, down > up, out);
+        writeLying(readings, recording.axesAreAssumed, down > up, out);
     else
         writeNotLying(recording, steady, out);
 }

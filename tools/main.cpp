@@ -5,6 +5,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cstdio>
+#include <exception>
 #include <iostream>
 #include <map>
 #include <optional>
@@ -14,6 +16,7 @@ namespace {
 
 using namespace noctara;
 
+constexpr int foundWrong = 1;
 constexpr int badInput = 2;
 
 /// An option whose value is one of a few words.
@@ -86,7 +89,8 @@ int main(int count, char** arguments) {
     nightCommand
         .add_option("--root", night.root,
                     "keep the phone's files as real files below this folder, made if it is "
-                    "missing, instead of in memory")
+                    "missing, instead of in memory; a settings file that is there is kept, unless "
+                    "--settings names another")
         ->type_name("FOLDER");
     auto* const motion =
         nightCommand
@@ -148,15 +152,21 @@ int main(int count, char** arguments) {
     }
 
     try {
+        int exitCode = 0;
         if (nightCommand.parsed())
-            return playNight(night, std::cout, std::cerr);
-        if (detectCommand.parsed())
+            exitCode = playNight(night, std::cout, std::cerr);
+        else if (detectCommand.parsed())
             detect(readRecording(recording, recordingOptions, std::cerr), detection, std::cout);
         else
             reportCapabilities(chosenScenario(capabilitiesScenario, {}));
-        return 0;
+        if (std::cout.flush() && std::fflush(stdout) == 0)
+            return exitCode;
+        std::cerr << "noctara: the output could not be written whole\n";
     } catch (const BadInput& error) {
         std::cerr << "noctara: " << error.what() << '\n';
         return badInput;
+    } catch (const std::exception& error) {
+        std::cerr << "noctara: " << error.what() << '\n';
     }
+    return foundWrong;
 }

@@ -1,10 +1,12 @@
 #include "tools/night.h"
 
+#include "host/host.h"
 #include "platform/simulated/property_list_file.h"
 #include "platform/simulated/simulated_phone.h"
 #include "radios/device_capabilities.h"
 #include "tools/bad_input.h"
 #include "tools/morning_check.h"
+#include "tools/night_files.h"
 #include "tools/night_summary.h"
 #include "tools/scenario_times.h"
 #include "tools/story.h"
@@ -12,8 +14,6 @@
 #include "tools/typical_night.h"
 
 #include <fmt/format.h>
-
-#include <fstream>
 
 namespace noctara {
 
@@ -32,45 +32,33 @@ Dictionary readSettings(const std::filesystem::path& file) {
     return *dictionary;
 }
 
-/// The file that the trace goes to.
-class TraceFile {
-public:
-    explicit TraceFile(const std::filesystem::path& place) : file(place), lines(place) {
-        if (!lines)
-            throw BadInput(fmt::format("--trace: {} cannot be written; a file in a folder that "
-                                       "exists would do",
-                                       file.string()));
-    }
-
-    std::ostream& stream() { return lines; }
-
-    /// False when not all of it could be written.
-    bool close() {
-        lines.close();
-        return !lines.fail();
-    }
-
-private:
-    std::filesystem::path file;
-    std::ofstream lines;
-};
-
 Date motionBegin(const std::string& text, const Scenario& scenario) {
-    return instantOrNext(writtenTime("--motion-at", text, TimeForm::DayOptional),
-                         TimeZone(scenario.timezone), scenario.start);
+    const Date begin = instantOrNext(writtenTime("--motion-at", text, TimeForm::DayOptional),
+                                     TimeZone(scenario.timezone), scenario.start);
+    if (begin >= scenario.end)
+        throw BadInput(fmt::format("--motion-at: {} is after the end of the night; an earlier time "
+                                   "would do",
+                                   inQuotes(text)));
+    return begin;
 }
 
-void refuseUnlessFolder(const std::filesystem::path& root) {
-    // Missing folders are made as files need them; what is there has to be a folder.
-    std::error_code ignored;
-    for (auto place = std::filesystem::absolute(root); !place.empty(); place = place.parent_path())
-        if (std::filesystem::exists(place, ignored)) {
-            if (!std::filesystem::is_directory(place, ignored))
-                throw BadInput(fmt::format("--root: {} is no folder; the path of a folder, or of "
-                                           "one to be made, would do",
-                                           place.string()));
-            return;
-        }
+/// The files that the night reads.
+std::vector<std::filesystem::path> inputsOf(const NightOptions& options) {
+    std::vector<std::filesystem::path> inputs;
+    for (const auto& input : {options.scenario, options.settings, options.motion})
+        if (input)
+            inputs.push_back(*input);
+    return inputs;
+}
+
+std::unique_ptr<FileStore> fileStore(const NightOptions& options) {
+    if (!options.root)
+        return makeMemoryFileStore();
+    auto store = makeDirectoryFileStore(*options.root);
+    // A settings file that is there stays, unless another is asked for.
+    if (options.settings)
+        store->remove(simulatedSettingsPath);
+    return store;
 }
 
 } // namespace
@@ -92,25 +80,26 @@ int playNight(const NightOptions& options, std::ostream& out, std::ostream& comp
         if (options.motionAt)
             motionBegins = motionBegin(*options.motionAt, scenario);
     }
-    if (options.root)
-        refuseUnlessFolder(*options.root);
     std::optional<TraceFile> trace;
     if (options.trace)
-        trace.emplace(*options.trace);
+        trace.emplace(*options.trace, inputsOf(options));
+    if (options.root)
+        prepareRoot(*options.root);
 
-    SimulatedPhone phone(scenario, options.root ? makeDirectoryFileStore(*options.root)
-                                                : makeMemoryFileStore());
+    SimulatedPhone phone(scenario, fileStore(options));
     if (motion)
         phone.motion.source = [&]() -> std::optional<Acceleration> {
             const double since = phone.clock.elapsedClock - motionBegins.secondsSince1970;
             return since < 0 ? phone.motion.posedSample() : motion->at(since);
         };
     Story story(phone, out, options.log);
+    if (motion)
+        story.tellOfRecording(options.motion->filename().string(), motionBegins, motion->remarks);
     NightSummary summary(phone);
     MorningCheck morning(phone);
     std::optional<TraceWriter> writer;
     if (trace)
-        phone.observe(writer.emplace(trace->stream()));
+        phone.observe(writer.emplace(trace->begin()));
     phone.observe(story);
     phone.observe(summary);
     phone.observe(morning);
@@ -118,6 +107,8 @@ int playNight(const NightOptions& options, std::ostream& out, std::ostream& comp
     std::vector<std::string> wrong;
     try {
         phone.launch();
+        if (!NoctaraInstance)
+            story.tellOfInertness(scenario.phone.bundle);
         phone.playToTheEnd();
     } catch (const std::exception& error) {
         wrong.push_back(fmt::format("the night ended early: {}", error.what()));
@@ -126,7 +117,7 @@ int playNight(const NightOptions& options, std::ostream& out, std::ostream& comp
     summary.print(out);
 
     wrong.insert(wrong.end(), morning.complaints().begin(), morning.complaints().end());
-    if (trace && !trace->close())
+    if (trace && !trace->finish())
         wrong.push_back(
             fmt::format("the trace {} could not be written whole", options.trace->string()));
     for (const auto& sentence : wrong)

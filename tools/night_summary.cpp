@@ -2,6 +2,7 @@
 
 #include "host/host.h"
 
+#include <algorithm>
 #include <cmath>
 #include <fmt/format.h>
 
@@ -57,16 +58,24 @@ void NightSummary::happens(const Happening& happening) {
     case kIOMessageSystemWillSleep:
         ++idleSleepsAllowed;
         systemSleepBegan = now();
-        wakesListedBeforeSleep = phone.power.scheduledWakes().size();
+        wakesListedBeforeSleep = wakesListed();
         break;
     case kIOMessageSystemHasPoweredOn:
         secondsOfSystemSleep += now() - systemSleepBegan;
-        if (phone.power.scheduledWakes().size() < wakesListedBeforeSleep)
+        if (wakesListed() < wakesListedBeforeSleep)
             ++wakesFired;
         break;
     default:
         break;
     }
+}
+
+/// The monitor's own wake-ups in the system's list.
+std::ptrdiff_t NightSummary::wakesListed() const {
+    const auto& wakes = phone.power.scheduledWakes();
+    return std::count_if(wakes.begin(), wakes.end(), [](const auto& wake) {
+        return wake.scheduledBy == "com.quorbit.Noctara";
+    });
 }
 
 void NightSummary::print(std::ostream& out) const {

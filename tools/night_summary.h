@@ -3,6 +3,7 @@
 
 #include "platform/simulated/simulated_phone.h"
 
+#include <cstddef>
 #include <ostream>
 
 namespace noctara {
@@ -30,6 +31,7 @@ public:
     double secondsOfSystemSleep = 0;
 
 private:
+    std::ptrdiff_t wakesListed() const;
     double now() const { return phone.clock.elapsedClock; }
 
     const SimulatedPhone& phone;
@@ -38,7 +40,7 @@ private:
     bool inSleepState = false;
     double sleepStateBegan = phone.clock.elapsedClock;
     double systemSleepBegan = 0;
-    std::size_t wakesListedBeforeSleep = 0;
+    std::ptrdiff_t wakesListedBeforeSleep = 0;
 };
 
 } // namespace noctara

@@ -339,6 +339,7 @@ Recording readRecording(const std::filesystem::path& path, const RecordingOption
         spaceEvenly(*options.rate, rows, recording.remarks);
     const AccelerationUnit unit = findUnit(file, layout, options, rows, recording.remarks);
     const AxisConvention axes = findAxes(layout, options, unit, recording.remarks);
+    recording.axesAreAssumed = !options.axes && !layout.columns.convention;
     if (badLines.total())
         recording.remarks.push_back("skipped: " + std::to_string(badLines.total()) +
                                     (badLines.total() == 1 ? " line" : " lines") +

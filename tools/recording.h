@@ -30,6 +30,9 @@ struct Recording {
     /// What was assumed to read the file, and which option says otherwise; one line each.
     std::vector<std::string> remarks;
 
+    /// Neither an option nor the headings told whose axes these are: up may be down.
+    bool axesAreAssumed = false;
+
     /// In seconds, above 0: the last sample counts for one average step. A single sample lasts one
     /// second.
     double duration() const;

@@ -49,6 +49,21 @@ void Story::tell(Date at, const std::string& line) {
     lastTime = time;
 }
 
+void Story::tellOfRecording(const std::string& name, Date from,
+                            const std::vector<std::string>& remarks) {
+    recordingBegins = from;
+    out << "From " << timeText(phone.timeZone(), from) << " on the accelerometer follows " << name
+        << ":\n";
+    for (const auto& remark : remarks)
+        out << "  " << remark << '\n';
+    out << '\n';
+}
+
+void Story::tellOfInertness(const std::string& bundle) {
+    tell(phone.clock.wall(),
+         fmt::format("The library is loaded into {} and does nothing there.", bundle));
+}
+
 void Story::tellLog(Date at, const std::string& logged) {
     std::istringstream lines(logged);
     for (std::string line; std::getline(lines, line);)
@@ -61,10 +76,15 @@ void Story::happens(const Happening& happening) {
         followPowerMessage(happening);
         return;
     }
+    // Once a recording moves the phone, a posture of the scenario's changes nothing.
+    if (happening.action == "posture" && recordingBegins &&
+        phone.clock.elapsedClock >= recordingBegins->secondsSince1970)
+        return;
     finishNaps();
     tell(happening.at, happeningInWords(happening));
     if (happening.action == "clock")
-        tell(*happening.value.as<Date>(), "That is the time now.");
+        tell(*happening.value.as<Date>(),
+             "That is the time now; a wait that is under way ends by the new time.");
 }
 
 void Story::called(const Call& call) {
@@ -281,7 +301,9 @@ void Story::followSwitch(const Call& call) {
     else if ((operation == "inCall" || operation == "outgoingCallExists" ||
               operation == "incomingCallExists" || operation == "activeCallExists") &&
              answeredYes(call))
-        deeds.push_back("leaves a radio as it is, because of a call");
+        deeds.push_back(
+            fmt::format("leaves {} as it is, because of a call",
+                        NoctaraInstance->edgeSwitch ? "cellular data" : "the data rate"));
     else if (operation == "notify_post" && !call.onMainThread)
         finishSwitch(call.at);
 }

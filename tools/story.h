@@ -17,6 +17,13 @@ public:
     /// outlive the story.
     Story(const SimulatedPhone& watched, std::ostream& lines, bool systemLog);
 
+    /// Begins with what moves the phone: a recording, read as the remarks say, from an instant on.
+    void tellOfRecording(const std::string& name, Date from,
+                         const std::vector<std::string>& remarks);
+
+    /// Tells that there is no monitor, as the process is none that the library acts in.
+    void tellOfInertness(const std::string& bundle);
+
     void called(const Call& call) override;
     void happens(const Happening& happening) override;
 
@@ -47,6 +54,7 @@ private:
     const SimulatedPhone& phone;
     std::ostream& out;
     const bool withLog;
+    std::optional<Date> recordingBegins;
     std::string lastDay;
     std::string lastTime;
 

@@ -67,8 +67,12 @@ public:
 
     void damage(const std::string& path) override {
         makeFolderOf(path);
-        std::ofstream(place(path), std::ios::trunc)
-            << "<?xml version=\"1.0\"?>\n<plist><dict><key>";
+        // A file of its own, that takes the place of the one that was there: what a link leads to
+        // stays whole.
+        const auto cutOff = place(path + ".damaged");
+        std::ofstream(cutOff) << "<?xml version=\"1.0\"?>\n<plist><dict><key>";
+        std::error_code ignored;
+        std::filesystem::rename(cutOff, place(path), ignored);
     }
 
     bool isShared() const override { return true; }

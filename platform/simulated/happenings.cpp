@@ -92,7 +92,9 @@ void SimulatedPhone::switchByHand(const std::string& action, const PropertyList&
         radios.chooseMaxRate(text(value));
     else
         throw std::invalid_argument("nothing called \"" + action + "\" can happen to a phone");
-    power.noteActivity();
+    // A device that connects is no hand on the phone.
+    if (action != "bluetooth_connected")
+        power.noteActivity();
 }
 
 /// The settings screen writes its file, if there is anything to write, and announces it.

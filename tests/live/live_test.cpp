@@ -7,20 +7,24 @@
 
 #include <gtest/gtest.h>
 
+#ifdef __clang__
+#pragma GCC diagnostic ignored "-Wdollar-in-identifier-extension"
+#endif
+
 namespace noctara {
 
 namespace {
 
 class ALivePhone : public testing::Test {
 protected:
-    /// Builds the monitor as the launch hook does, on the main thread.
+    /// SpringBoard has launched.
     void launch() {
         phone.changeSettingsQuietly(fullSettings(
             {{"TimeLimit", true}, {"Debug", true}, {"launch-app-com.example.alarm", true}}));
         processPlatform = &platform;
-        NoctaraInstance = new NoctaraThread(platform);
-        registerPowerListener();
-        NoctaraInstance->start();
+        orig_SpringBoard_applicationDidFinishLaunching = [](ObjectRef, SelectorRef, ObjectRef) {};
+        orig_SBUIController_ACPowerChanged = [](ObjectRef, SelectorRef) {};
+        $SpringBoard$applicationDidFinishLaunching$(nullptr, nullptr, nullptr);
     }
 
     ~ALivePhone() override {
@@ -32,6 +36,8 @@ protected:
         delete NoctaraInstance;
         NoctaraInstance = nullptr;
         root_port = 0;
+        orig_SpringBoard_applicationDidFinishLaunching = nullptr;
+        orig_SBUIController_ACPowerChanged = nullptr;
         processPlatform = nullptr;
     }
 
@@ -57,7 +63,8 @@ TEST_F(ALivePhone, stands_a_thousand_changes_from_the_main_thread_at_a_running_m
                     [&] {
                         ++changes;
                         phone.lieDown(changes / 250 % 2 == 0);
-                        NoctaraInstance->setACState(changes % 2 == 0);
+                        phone.onCharger = changes % 2 == 0;
+                        replaced_SBUIController_ACPowerChanged(nullptr, nullptr);
                         phone.changeSettings({{"Sensitivity", changes % 9},
                                               {"Debug", changes % 3 == 0},
                                               {"Vibrate", changes % 5 == 0}});

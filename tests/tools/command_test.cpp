@@ -19,8 +19,8 @@ struct Outcome {
     std::string output; ///< Standard output and standard error.
 };
 
-Outcome run(const std::string& arguments) {
-    const std::string command = "'" NOCTARA_COMMAND "' " + arguments + " 2>&1";
+Outcome run(const std::string& arguments, const std::string& redirections = "2>&1") {
+    const std::string command = "'" NOCTARA_COMMAND "' " + arguments + ' ' + redirections;
     FILE* const pipe = popen(command.c_str(), "r");
     std::string output;
     std::array<char, 4096> chunk;
@@ -87,6 +87,14 @@ TEST(TheCommand, names_files_that_are_not_there) {
     EXPECT_THAT(refusalOf("detect no-such.csv"), HasSubstr("no-such.csv"));
     EXPECT_THAT(refusalOf("night --settings no-such.plist"), HasSubstr("no-such.plist"));
     EXPECT_THAT(refusalOf("capabilities no-such.toml"), HasSubstr("no-such.toml"));
+}
+
+TEST(TheCommand, exits_with_1_when_its_output_cannot_be_written) {
+    for (const char* command : {"night", "capabilities"}) {
+        const Outcome outcome = run(command, "2>&1 1>/dev/full");
+        EXPECT_EQ(outcome.exitCode, 1) << command;
+        EXPECT_THAT(outcome.output, HasSubstr("could not be written whole"));
+    }
 }
 
 TEST(TheCommand, reports_the_capabilities_of_the_scenarios_phone) {

@@ -195,6 +195,95 @@ TEST(ANightOnTheCommandLine, refuses_a_file_as_the_root_and_leaves_no_trace_behi
     EXPECT_FALSE(fs::exists(*options.trace));
 }
 
+TEST(ANightOnTheCommandLine, refuses_a_root_that_cannot_be_written_or_has_no_name) {
+    for (const char* place : {"", "/proc", "/proc/phone"}) {
+        NightOptions options;
+        options.root = place;
+        std::ostringstream story;
+        std::ostringstream complaints;
+        EXPECT_THROW(playNight(options, story, complaints), BadInput) << place;
+    }
+}
+
+TEST(ANightOnTheCommandLine, never_writes_its_trace_over_an_input) {
+    const TemporaryFolder folder;
+    const fs::path scenario = folder.path / "night.toml";
+    std::ofstream(scenario) << "hours = 1\n";
+    NightOptions options;
+    options.scenario = scenario;
+    options.trace = folder.path / "." / "night.toml";
+    std::ostringstream story;
+    std::ostringstream complaints;
+    EXPECT_THROW(playNight(options, story, complaints), BadInput);
+    EXPECT_EQ(contents(scenario), "hours = 1\n");
+}
+
+TEST(ANightOnTheCommandLine, leaves_an_old_trace_alone_when_it_does_not_begin) {
+    const TemporaryFolder folder;
+    NightOptions options;
+    options.trace = folder.path / "trace.jsonl";
+    options.root = "/proc";
+    std::ofstream(*options.trace) << "old\n";
+    std::ostringstream story;
+    std::ostringstream complaints;
+    EXPECT_THROW(playNight(options, story, complaints), BadInput);
+    EXPECT_EQ(contents(*options.trace), "old\n");
+}
+
+TEST(ANightOnTheCommandLine, keeps_a_settings_file_that_is_below_the_root_already) {
+    const TemporaryFolder folder;
+    const fs::path preferences = folder.path / "private/var/mobile/Library/Preferences";
+    fs::create_directories(preferences);
+    std::ofstream(preferences / "com.quorbit.Noctara.plist") << R"(<?xml version="1.0"?>
+<plist version="1.0"><dict><key>Enabled</key><true/><key>ScanInterval</key><integer>3</integer>
+</dict></plist>)";
+    NightOptions options;
+    options.root = folder.path;
+    EXPECT_THAT(play(options).story, testing::HasSubstr("a reading every 15 s"));
+}
+
+TEST(ANightOnTheCommandLine, damages_no_file_outside_the_root) {
+    const TemporaryFolder folder;
+    const fs::path preferences = folder.path / "phone/private/var/mobile/Library/Preferences";
+    fs::create_directories(preferences);
+    std::ofstream(folder.path / "precious") << "precious";
+    fs::create_symlink(folder.path / "precious", preferences / "com.quorbit.Noctara.plist");
+    const fs::path scenario = folder.path / "night.toml";
+    std::ofstream(scenario) << "hours = 1\n[[event]]\nat = 22:40:00\nsettings_file = "
+                               "\"damaged\"\n";
+    NightOptions options;
+    options.scenario = scenario;
+    options.root = folder.path / "phone";
+    play(options);
+    EXPECT_EQ(contents(folder.path / "precious"), "precious");
+}
+
+TEST(ANightOnTheCommandLine, says_when_a_recording_takes_over) {
+    const TemporaryFolder folder;
+    const fs::path recording = folder.path / "moving.csv";
+    std::ofstream(recording) << "time,x,y,z\n0,0.7,0,0.7\n1,0.7,0,0.7\n2,0.7,0,0.7\n";
+    NightOptions options;
+    options.motion = recording;
+    options.motionAt = "23:00";
+    const std::string story = play(options).story;
+    EXPECT_THAT(story,
+                testing::StartsWith("From 23:00:00 on the accelerometer follows moving.csv"));
+    EXPECT_THAT(story, testing::Not(testing::HasSubstr("laid down")));
+    options.motionAt = "2014-03-03T00:00";
+    std::ostringstream out;
+    EXPECT_THROW(playNight(options, out, out), BadInput);
+}
+
+TEST(ANightOnTheCommandLine, says_when_the_library_does_nothing) {
+    const TemporaryFolder folder;
+    const fs::path scenario = folder.path / "maps.toml";
+    std::ofstream(scenario) << "[phone]\nbundle = \"com.apple.Maps\"\n";
+    NightOptions options;
+    options.scenario = scenario;
+    EXPECT_THAT(play(options).story,
+                testing::HasSubstr("The library is loaded into com.apple.Maps and does nothing"));
+}
+
 TEST(ANightOnTheCommandLine, says_that_a_monitor_that_never_waits_is_wrong) {
     const TemporaryFolder folder;
     const fs::path scenario = folder.path / "spinning.toml";

@@ -194,9 +194,9 @@ TEST_F(TheSimulatedPower, waits_anew_after_whatever_the_user_does) {
         {"button", true},    {"airplane", true},
         {"wifi", false},     {"bluetooth", false},
         {"location", false}, {"cellular_data", false},
-        {"max_rate", "2G"},  {"bluetooth_connected", true},
+        {"max_rate", "2G"},  {"remove_settings", Array{"Debug"}},
         {"call", "active"},  {"settings", Dictionary{{"Debug", true}}},
-        {"charger", false},  {"remove_settings", Array{"Debug"}},
+        {"charger", false},
     };
     for (const auto& [action, value] : deeds) {
         calls.clear();
@@ -214,6 +214,14 @@ TEST_F(TheSimulatedPower, does_not_take_a_move_for_the_users_attention) {
     switchOn();
     playFor(50);
     lies("in-hand");
+    playFor(20);
+    EXPECT_THAT(messages(), ElementsAre("60 can sleep", "60 will sleep"));
+}
+
+TEST_F(TheSimulatedPower, does_not_take_a_device_that_connects_for_the_users_attention) {
+    switchOn();
+    playFor(50);
+    phone().happens("bluetooth_connected", true);
     playFor(20);
     EXPECT_THAT(messages(), ElementsAre("60 can sleep", "60 will sleep"));
 }
