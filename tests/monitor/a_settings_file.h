@@ -3,29 +3,13 @@
 
 #include "platform/simulated/file_store.h"
 #include "tests/a_night.h"
+#include "tests/temporary_folder.h"
 
 #include <filesystem>
 #include <optional>
-#include <stdexcept>
-#include <stdlib.h>
 #include <string>
 
 namespace noctara {
-
-class TemporaryFolder {
-public:
-    TemporaryFolder() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "settings-XXXXXX").string();
-        if (!::mkdtemp(pattern.data()))
-            throw std::runtime_error("no temporary folder");
-        path = pattern;
-    }
-    ~TemporaryFolder() { std::filesystem::remove_all(path); }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    std::filesystem::path path;
-};
 
 enum class Storage { memory, disk };
 

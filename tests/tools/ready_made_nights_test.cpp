@@ -1,5 +1,6 @@
 /// Every night in scenarios/ is played and its story held against the one that is checked in beside
 /// it. scripts/stories writes them anew after a change that is meant.
+#include "tests/temporary_folder.h"
 #include "tools/bad_input.h"
 #include "tools/night.h"
 
@@ -33,22 +34,6 @@ std::vector<std::string> readyMadeNights() {
     std::sort(names.begin(), names.end());
     return names;
 }
-
-/// A folder that is gone with the object; in memory where the system has such a place, as a phone
-/// with real files syncs thousands of them in a night.
-struct TemporaryFolder {
-    TemporaryFolder() {
-        const fs::path memory = "/dev/shm";
-        const fs::path place = fs::exists(memory) ? memory : fs::temp_directory_path();
-        std::string pattern = (place / "noctara-XXXXXX").string();
-        path = mkdtemp(pattern.data());
-    }
-    ~TemporaryFolder() { fs::remove_all(path); }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    fs::path path;
-};
 
 struct Played {
     int exitCode;

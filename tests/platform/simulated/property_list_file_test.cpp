@@ -2,6 +2,7 @@
 #include "platform/simulated/property_list_file.h"
 
 #include "tests/platform/simulated/property_list_samples.h"
+#include "tests/temporary_folder.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -25,18 +26,6 @@ namespace fs = std::filesystem;
 
 class PropertyListFile : public testing::Test {
 protected:
-    void SetUp() override {
-        std::string pattern = (fs::temp_directory_path() / "property-list-XXXXXX").string();
-        ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
-        folder = pattern;
-        file = folder / "settings.plist";
-    }
-
-    void TearDown() override {
-        if (!folder.empty())
-            fs::remove_all(folder);
-    }
-
     void put(std::string_view content) const { std::ofstream(file, std::ios::binary) << content; }
 
     std::string content() const {
@@ -60,8 +49,9 @@ protected:
         return std::system((name + " >/dev/null 2>&1").c_str()) == 0;
     }
 
-    fs::path folder;
-    fs::path file;
+    const TemporaryFolder temporary;
+    const fs::path folder = temporary.path;
+    fs::path file = folder / "settings.plist";
 };
 
 TEST_F(PropertyListFile, that_was_written_reads_back_equal) {

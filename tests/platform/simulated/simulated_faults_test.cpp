@@ -4,6 +4,7 @@
 
 #include "platform/simulated/simulated_phone.h"
 #include "tests/a_night.h"
+#include "tests/temporary_folder.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -18,22 +19,6 @@ using testing::ElementsAre;
 using testing::Gt;
 using testing::IsEmpty;
 using testing::StartsWith;
-
-/// A folder that is gone with the test.
-class Folder {
-public:
-    Folder() {
-        std::string pattern = testing::TempDir() + "noctara-XXXXXX";
-        if (!mkdtemp(pattern.data()))
-            throw std::runtime_error("no temporary folder");
-        path = pattern;
-    }
-    ~Folder() { std::filesystem::remove_all(path); }
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
-
-    std::filesystem::path path;
-};
 
 class TheSimulatedFiles : public ANight {
 protected:
@@ -68,7 +53,7 @@ protected:
         switchOn(GetParam() ? makeDirectoryFileStore(folder.path) : makeMemoryFileStore());
     }
 
-    Folder folder;
+    TemporaryFolder folder;
 };
 
 INSTANTIATE_TEST_SUITE_P(, EitherFileStore, testing::Bool(), [](const auto& store) {
@@ -145,7 +130,7 @@ TEST_P(EitherFileStore, merges_changed_settings_in_their_places) {
 }
 
 TEST_F(TheSimulatedFiles, give_the_same_calls_in_memory_and_as_real_files) {
-    const Folder folder;
+    const TemporaryFolder folder;
     scenario.end.secondsSince1970 = scenario.start.secondsSince1970 + 5400;
     scenario.phone.idleSleep = 300;
     settings = {{"ScanInterval", 5}, {"ActiveOnSleep", true}, {"AirplaneSwitch", false},
@@ -178,7 +163,7 @@ TEST_F(TheSimulatedFiles, give_the_same_calls_in_memory_and_as_real_files) {
 }
 
 TEST_F(TheSimulatedFiles, can_be_seen_from_outside_as_real_files) {
-    const Folder folder;
+    const TemporaryFolder folder;
     scenario.settings = settings;
     scenario.radios.push = false;
     switchOn(makeDirectoryFileStore(folder.path));
@@ -197,7 +182,7 @@ TEST_F(TheSimulatedFiles, can_be_seen_from_outside_as_real_files) {
 }
 
 TEST_F(TheSimulatedFiles, of_the_system_are_up_to_date_outside_at_the_end_of_the_night) {
-    const Folder folder;
+    const TemporaryFolder folder;
     scenario.settings = settings;
     scenario.end.secondsSince1970 = scenario.start.secondsSince1970 + 60;
     switchOn(makeDirectoryFileStore(folder.path));
