@@ -102,9 +102,8 @@ const TimeZone::Span& TimeZone::spanAt(std::int64_t instant) const {
     constexpr std::int64_t farthest = farthestChange + 2 * farthestOffset;
     instant = std::clamp(instant, -farthest, farthest);
     if (instant < lastSpan.begin || instant >= lastSpan.end) {
-        auto info = infoAt(*zone, date::sys_seconds{std::chrono::seconds{instant}});
-        lastSpan = {secondsOf(info.begin), secondsOf(info.end), info.offset.count(),
-                    std::move(info.abbrev)};
+        const auto info = infoAt(*zone, date::sys_seconds{std::chrono::seconds{instant}});
+        lastSpan = {secondsOf(info.begin), secondsOf(info.end), info.offset.count()};
     }
     return lastSpan;
 }
@@ -162,10 +161,6 @@ Date TimeZone::firstDate(const DateComponents& components) const {
 
 bool TimeZone::exists(const DateComponents& components) const {
     return instants(components).exist;
-}
-
-std::string TimeZone::abbreviation(Date date) const {
-    return spanAt(wholeSeconds(date)).abbreviation;
 }
 
 } // namespace noctara

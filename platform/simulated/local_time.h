@@ -34,16 +34,12 @@ public:
 
     const std::string& name() const { return zoneName; }
 
-    /// What the zone's local time is called at `date`, for example "CET".
-    std::string abbreviation(Date date) const;
-
 private:
     /// A stretch of time in which the offset from UTC does not change. In seconds since 1970.
     struct Span {
         std::int64_t begin = 0;
         std::int64_t end = 0; ///< The first second that no longer belongs to it.
         std::int64_t offset = 0;
-        std::string abbreviation;
     };
 
     /// The instants that a local time may mean; the same one twice when it is unambiguous.

@@ -31,6 +31,8 @@ public:
     /// Has the system write its own files where other programs can see them.
     void writeSystemFiles();
 
+    bool isThere(const std::string& path) const;
+
     /// A file as it is now.
     ParsedPropertyList content(const std::string& path);
 
@@ -42,8 +44,6 @@ public:
     DiskState disk = DiskState::ok;
 
 private:
-    bool isThere(const std::string& path) const;
-
     std::unique_ptr<FileStore> store;
     const Recorder& recorder;
     std::map<std::string, std::function<void(Dictionary&)>> systemFiles;

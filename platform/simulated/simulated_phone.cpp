@@ -69,7 +69,7 @@ SimulatedPhone::SimulatedPhone(const Scenario& scenario, std::unique_ptr<FileSto
              power,   power,   motion, process, applications, radios, radios,  radios,
              radios,  radios,  radios, device,  device,       device} {
     motion.setPosture(scenario.phone.posture);
-    if (scenario.settings && files.content(simulatedSettingsPath).error == "no such file")
+    if (scenario.settings && !files.isThere(simulatedSettingsPath))
         files.writeByOthers(simulatedSettingsPath, *scenario.settings);
 
     files.keepUpToDate(

@@ -43,11 +43,9 @@ TEST(ATimeZone, of_an_unknown_name_is_refused) {
         EXPECT_THROW(TimeZone{name}, std::runtime_error) << name;
 }
 
-TEST(ATimeZone, knows_its_name_and_what_its_time_is_called) {
+TEST(ATimeZone, knows_its_name) {
     const TimeZone paris("Europe/Paris");
     EXPECT_EQ(paris.name(), "Europe/Paris");
-    EXPECT_EQ(paris.abbreviation({march30 + hour - 1}), "CET");
-    EXPECT_EQ(paris.abbreviation({march30 + hour}), "CEST");
 }
 
 TEST(ATimeZone, takes_an_instant_apart) {
@@ -177,10 +175,10 @@ TEST(ATimeZone, goes_on_changing_its_clocks_after_2037) {
     // The last Sundays of March and October: 2050-03-27 and 2064-10-26.
     EXPECT_FALSE(paris.exists({2050, 3, 27, 2, 30, 0}));
     EXPECT_TRUE(paris.exists({2050, 3, 20, 2, 30, 0}));
-    EXPECT_EQ(paris.abbreviation({2540750400}), "CEST"); // 2050-07-07T00:00Z
+    EXPECT_EQ(paris.components({2540592000}).hour, 2);
     EXPECT_EQ(seconds(paris, {2064, 10, 26, 2, 30, 0}) - firstSeconds(paris, {2064, 10, 26, 2, 30}),
               hour);
-    EXPECT_EQ(paris.abbreviation({2524608000}), "CET"); // 2050-01-01T00:00Z
+    EXPECT_EQ(paris.components({2524608000}).hour, 1);
 
     // The second Sunday of March, the first of November: 2067-03-13 and 2067-11-06.
     const TimeZone newYork("America/New_York");
