@@ -53,7 +53,7 @@ public:
     SimulatedPhone(const SimulatedPhone&) = delete;
     SimulatedPhone& operator=(const SimulatedPhone&) = delete;
 
-    /// To be called before the phone is launched; the observer must outlive the phone.
+    /// To be called before the phone is launched; the observer must outlive the last play.
     void observe(PhoneObserver& observer) { recorder.add(observer); }
 
     /// Loads the library into the process; SpringBoard then finishes launching.
