@@ -35,10 +35,6 @@ void NoctaraThread::start() {
     debugLog("Noctara : NoctaraThread start");
 }
 
-void NoctaraThread::stop() {
-    running = false;
-}
-
 void NoctaraThread::setACState(bool onAC) {
     ACState = onAC;
     continueToMonitorAfterAC = !onAC && lastStateWasPlane;

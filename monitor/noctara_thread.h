@@ -37,7 +37,7 @@ public:
     void start();
 
     /// Lets the main loop end at its next test.
-    void stop();
+    void stop() { running = false; }
 
     /// Takes in a change of the charger.
     void setACState(bool onAC);

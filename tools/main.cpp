@@ -1,5 +1,6 @@
 /// The `noctara` command. Exit codes: 0 fine, 1 the run found something wrong, 2 bad input.
 #include "tools/bad_input.h"
+#include "tools/chosen_scenario.h"
 #include "tools/detect.h"
 #include "tools/night.h"
 

@@ -1,7 +1,7 @@
 /// Whether waking brought back exactly what was on: the one thing that must not go wrong.
 #pragma once
 
-#include "platform/simulated/simulated_phone.h"
+#include "platform/simulated/phone_model.h"
 
 #include <optional>
 #include <string>
@@ -11,7 +11,7 @@ namespace noctara {
 
 class MorningCheck final : public PhoneObserver {
 public:
-    explicit MorningCheck(const SimulatedPhone& watched) : phone(watched) {}
+    explicit MorningCheck(const PhoneModel& watched) : phone(watched) {}
 
     void called(const Call& call) override;
     void happens(const Happening& happening) override;
@@ -23,7 +23,7 @@ public:
 private:
     void compare(Date at);
 
-    const SimulatedPhone& phone;
+    const PhoneModel& phone;
     std::optional<SimulatedRadios::States> expected; ///< Absent while not in the sleep state.
     std::vector<std::string> found;
 };

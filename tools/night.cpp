@@ -5,13 +5,10 @@
 #include "platform/simulated/simulated_phone.h"
 #include "radios/device_capabilities.h"
 #include "tools/bad_input.h"
-#include "tools/morning_check.h"
+#include "tools/chosen_scenario.h"
 #include "tools/night_files.h"
-#include "tools/night_summary.h"
+#include "tools/night_report.h"
 #include "tools/scenario_times.h"
-#include "tools/story.h"
-#include "tools/trace.h"
-#include "tools/typical_night.h"
 
 #include <fmt/format.h>
 
@@ -63,12 +60,6 @@ std::unique_ptr<FileStore> fileStore(const NightOptions& options) {
 
 } // namespace
 
-Scenario chosenScenario(const std::optional<std::filesystem::path>& file,
-                        const ScenarioOverrides& overrides) {
-    return file ? readScenario(*file, overrides)
-                : parseScenario(typicalNight, "the typical night", overrides);
-}
-
 int playNight(const NightOptions& options, std::ostream& out, std::ostream& complaints) {
     Scenario scenario = chosenScenario(options.scenario, options.overrides);
     if (options.settings)
@@ -92,37 +83,21 @@ int playNight(const NightOptions& options, std::ostream& out, std::ostream& comp
             const double since = phone.clock.elapsedClock - motionBegins.secondsSince1970;
             return since < 0 ? phone.motion.posedSample() : motion->at(since);
         };
-    Story story(phone, out, options.log);
+    NightReport report(phone, out, options.log, trace ? &*trace : nullptr);
     if (motion)
-        story.tellOfRecording(options.motion->filename().string(), motionBegins, motion->remarks);
-    NightSummary summary(phone);
-    MorningCheck morning(phone);
-    std::optional<TraceWriter> writer;
-    if (trace)
-        phone.observe(writer.emplace(trace->begin()));
-    phone.observe(story);
-    phone.observe(summary);
-    phone.observe(morning);
+        report.story.tellOfRecording(options.motion->filename().string(), motionBegins,
+                                     motion->remarks);
 
-    std::vector<std::string> wrong;
+    std::optional<std::string> endedEarly;
     try {
         phone.launch();
         if (!NoctaraInstance)
-            story.tellOfInertness(scenario.phone.bundle);
+            report.story.tellOfInertness(scenario.phone.bundle);
         phone.playToTheEnd();
     } catch (const std::exception& error) {
-        wrong.push_back(fmt::format("the night ended early: {}", error.what()));
+        endedEarly = error.what();
     }
-    story.finish();
-    summary.print(out);
-
-    wrong.insert(wrong.end(), morning.complaints().begin(), morning.complaints().end());
-    if (trace && !trace->finish())
-        wrong.push_back(
-            fmt::format("the trace {} could not be written whole", options.trace->string()));
-    for (const auto& sentence : wrong)
-        out << "\nSomething is wrong: " << sentence << ".\n";
-    return wrong.empty() ? 0 : 1;
+    return report.finish(endedEarly);
 }
 
 void reportCapabilities(const Scenario& scenario) {

@@ -23,10 +23,6 @@ struct NightOptions {
     RecordingOptions recording;
 };
 
-/// The scenario that is named, or the built-in one. Throws BadInput.
-Scenario chosenScenario(const std::optional<std::filesystem::path>& file,
-                        const ScenarioOverrides& overrides);
-
 /// Plays the night. The result is the command's exit code: 0, or 1 when the run found something
 /// wrong. Throws BadInput, with nothing written, when an input cannot be used.
 int playNight(const NightOptions& options, std::ostream& out, std::ostream& complaints);

@@ -25,6 +25,8 @@ public:
     /// False when not all of it could be written.
     bool finish();
 
+    const std::filesystem::path& path() const { return file; }
+
 private:
     std::filesystem::path file;
     bool existed;

@@ -1,7 +1,7 @@
 /// The figures of a night.
 #pragma once
 
-#include "platform/simulated/simulated_phone.h"
+#include "platform/simulated/phone_model.h"
 
 #include <cstddef>
 #include <ostream>
@@ -10,7 +10,7 @@ namespace noctara {
 
 class NightSummary final : public PhoneObserver {
 public:
-    explicit NightSummary(const SimulatedPhone& watched) : phone(watched) {}
+    explicit NightSummary(const PhoneModel& watched) : phone(watched) {}
 
     void called(const Call& call) override;
     void happens(const Happening& happening) override;
@@ -34,7 +34,7 @@ private:
     std::ptrdiff_t wakesListed() const;
     double now() const { return phone.clock.elapsedClock; }
 
-    const SimulatedPhone& phone;
+    const PhoneModel& phone;
     double started = phone.clock.elapsedClock;
     double accelerometerStarted = 0;
     bool inSleepState = false;

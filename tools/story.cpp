@@ -33,7 +33,7 @@ bool answeredYes(const Call& call) {
 
 } // namespace
 
-Story::Story(const SimulatedPhone& watched, std::ostream& lines, bool systemLog) :
+Story::Story(const PhoneModel& watched, std::ostream& lines, bool systemLog) :
     phone(watched), out(lines), withLog(systemLog), lastReading(watched.clock.elapsedClock) {}
 
 void Story::tell(Date at, const std::string& line) {

@@ -2,7 +2,7 @@
 /// what the phone did. Only what changes is told; a quiet hour takes no line.
 #pragma once
 
-#include "platform/simulated/simulated_phone.h"
+#include "platform/simulated/phone_model.h"
 
 #include <optional>
 #include <ostream>
@@ -15,7 +15,7 @@ class Story final : public PhoneObserver {
 public:
     /// With `systemLog`, the lines that the monitor logs are told as well. Phone and stream must
     /// outlive the story.
-    Story(const SimulatedPhone& watched, std::ostream& lines, bool systemLog);
+    Story(const PhoneModel& watched, std::ostream& lines, bool systemLog);
 
     /// Begins with what moves the phone: a recording, read as the remarks say, from an instant on.
     void tellOfRecording(const std::string& name, Date from,
@@ -51,7 +51,7 @@ private:
     std::string settingsInWords() const;
     Pause reasonForPause() const;
 
-    const SimulatedPhone& phone;
+    const PhoneModel& phone;
     std::ostream& out;
     const bool withLog;
     std::optional<Date> recordingBegins;

@@ -1,11 +1,7 @@
-/// What can happen to the simulated phone.
-#include "host/host.h"
-#include "platform/simulated/simulated_phone.h"
+/// What can happen to the phone.
+#include "platform/simulated/phone_model.h"
 
 namespace noctara {
-
-const std::string simulatedSettingsPath =
-    "/private/var/mobile/Library/Preferences/com.quorbit.Noctara.plist";
 
 namespace {
 
@@ -21,7 +17,7 @@ DiskState diskState(const std::string& name) {
 
 } // namespace
 
-void SimulatedPhone::happens(const std::string& action, const PropertyList& value) {
+void PhoneModel::happens(const std::string& action, const PropertyList& value) {
     if (action == "power_message") {
         // The message is told of as it is sent, like those that the phone sends by itself.
         const auto type = static_cast<std::uint32_t>(*value.as<std::int64_t>());
@@ -38,7 +34,7 @@ void SimulatedPhone::happens(const std::string& action, const PropertyList& valu
     } else if (action == "charger") {
         wakeUp();
         power.plug(on);
-        process.acPowerChanged(static_cast<Charger*>(&power));
+        sendACPowerChanged();
     } else if (action == "call") {
         if (text(value) != "none")
             wakeUp();
@@ -65,16 +61,13 @@ void SimulatedPhone::happens(const std::string& action, const PropertyList& valu
     } else if (action == "clock") {
         clock.setWall(*value.as<Date>());
     } else if (action == "stop") {
-        onMainThread([] {
-            if (NoctaraInstance)
-                NoctaraInstance->stop();
-        });
+        onMainThread([this] { sendStop(); });
     } else {
         switchByHand(action, value);
     }
 }
 
-void SimulatedPhone::switchByHand(const std::string& action, const PropertyList& value) {
+void PhoneModel::switchByHand(const std::string& action, const PropertyList& value) {
     const bool on = value.boolValue();
     if (action == "airplane")
         radios.switchAirplaneMode(on);
@@ -98,14 +91,13 @@ void SimulatedPhone::switchByHand(const std::string& action, const PropertyList&
 }
 
 /// The settings screen writes its file, if there is anything to write, and announces it.
-void SimulatedPhone::announceSettings(const std::function<void(Dictionary&)>& edit) {
+void PhoneModel::announceSettings(const std::function<void(Dictionary&)>& edit) {
     power.noteActivity();
     editFile(simulatedSettingsPath, edit);
     onMainThread([this] { process.deliver("com.quorbit.Noctara.preferences-changed"); });
 }
 
-void SimulatedPhone::editFile(const std::string& path,
-                              const std::function<void(Dictionary&)>& edit) {
+void PhoneModel::editFile(const std::string& path, const std::function<void(Dictionary&)>& edit) {
     auto file = files.content(path);
     auto* found = file.value ? file.value->as<Dictionary>() : nullptr;
     Dictionary edited = found ? *found : Dictionary();

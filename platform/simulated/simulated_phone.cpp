@@ -12,12 +12,6 @@ namespace {
 
 constexpr double never = std::numeric_limits<double>::infinity();
 
-/// More looks at the clock than any cycle of the monitor takes.
-constexpr int mostTurnsWithoutWaiting = 10000;
-
-const std::string pushPath =
-    "/private/var/mobile/Library/Preferences/com.apple.persistentconnection-mcc.plist";
-
 class StartedThread final : public Thread {};
 
 /// What the library keeps for the life of its process ends with the process.
@@ -53,42 +47,11 @@ private:
 };
 
 SimulatedPhone::SimulatedPhone(const Scenario& scenario, std::unique_ptr<FileStore> store) :
-    clock{scenario.start.secondsSince1970, 0},
-    recorder(clock),
-    radios(scenario, recorder),
-    files(std::move(store), recorder),
-    applications(scenario, recorder),
-    device(scenario, recorder),
-    motion(scenario.phone.deviceMotion, recorder),
-    power(scenario, clock, recorder),
-    process(scenario, recorder),
-    zone(scenario.timezone),
-    end(scenario.end.secondsSince1970),
-    events(scenario.events),
-    services{process, process, *this,  *this,   *this,        files,  process, power,
-             power,   power,   motion, process, applications, radios, radios,  radios,
-             radios,  radios,  radios, device,  device,       device} {
-    motion.setPosture(scenario.phone.posture);
-    if (scenario.settings && !files.isThere(simulatedSettingsPath))
-        files.writeByOthers(simulatedSettingsPath, *scenario.settings);
-
-    files.keepUpToDate(
-        "/var/preferences/SystemConfiguration/com.apple.radios.plist",
-        [this](Dictionary& file) { file.set("AirplaneMode", radios.states().airplane); });
-    files.keepUpToDate(
-        "/private/var/mobile/Library/Preferences/com.apple.preferences.network.plist",
-        [this](Dictionary& file) {
-            file.set("wifi-network", radios.states().wifi);
-            file.set("bluetooth-network", radios.states().bluetooth);
-        });
-    files.keepUpToDate("/var/mobile/Library/Preferences/com.apple.locationd.plist",
-                       [this](Dictionary& file) {
-                           file.set("LocationServicesEnabled", radios.states().location);
-                       });
-    files.keepUpToDate("/private/var/preferences/SystemConfiguration/com.apple.AutoWake.plist",
-                       [this](Dictionary& file) { power.describeWakes(file); });
-    editFile(pushPath, [&](Dictionary& file) { file.set("PCEnablePush", scenario.radios.push); });
-    files.writeSystemFiles();
+    PhoneModel(scenario, std::move(store)), services{process, process, *this,        *this,  *this,
+                                                     files,   process, power,        power,  power,
+                                                     motion,  process, applications, radios, radios,
+                                                     radios,  radios,  radios,       radios, device,
+                                                     device,  device} {
     processPlatform = &services;
 }
 
@@ -132,9 +95,7 @@ void SimulatedPhone::asMonitorThread(const std::function<void()>& work) {
 }
 
 std::int64_t SimulatedPhone::time() {
-    if (++turnsWithoutWaiting > mostTurnsWithoutWaiting)
-        throw MonitorSpins("the monitor goes round and round without waiting: a phone would get "
-                           "hot and run down");
+    noteLookAtClock();
     return static_cast<std::int64_t>(std::floor(clock.wall().secondsSince1970));
 }
 
@@ -142,7 +103,7 @@ void SimulatedPhone::sleep(unsigned seconds) {
     recorder.call("sleep", {std::int64_t{seconds}});
     if (seconds == 0)
         return;
-    turnsWithoutWaiting = 0;
+    noteWait();
     const double wakeUpAt = clock.elapsedClock + seconds;
     while (power.isAsleep() || clock.elapsedClock < wakeUpAt) {
         const double next = power.isAsleep() ? nextDue() : wakeUpAt;
@@ -168,47 +129,13 @@ void SimulatedPhone::performOnMainThread(const char* selector, const std::functi
     recorder.onMainThread = caller;
 }
 
-double SimulatedPhone::nextDue() const {
-    const double event = nextEvent < events.size() ? events[nextEvent].at.secondsSince1970 : never;
-    return std::min(event, power.nextDue());
+void SimulatedPhone::sendACPowerChanged() {
+    process.acPowerChanged(static_cast<Charger*>(&power));
 }
 
-/// Moves the clock, running all that is due on the way, the last instant included.
-void SimulatedPhone::advance(double to) {
-    const bool caller = std::exchange(recorder.onMainThread, true);
-    for (double due = nextDue(); due <= to; due = nextDue()) {
-        clock.elapsedClock = std::max(clock.elapsedClock, due);
-        runDue();
-    }
-    clock.elapsedClock = std::max(clock.elapsedClock, to);
-    recorder.onMainThread = caller;
-}
-
-void SimulatedPhone::runDue() {
-    if (nextEvent < events.size() && events[nextEvent].at.secondsSince1970 <= power.nextDue()) {
-        const Event& event = events[nextEvent++];
-        happens(event.action, event.value);
-    } else {
-        power.runDue();
-        doWorkPutOff();
-    }
-}
-
-void SimulatedPhone::onMainThread(std::function<void()> work) {
-    workPutOff.push_back(std::move(work));
-    doWorkPutOff();
-}
-
-void SimulatedPhone::doWorkPutOff() {
-    if (!power.isAsleep())
-        for (const auto& work : std::exchange(workPutOff, {}))
-            work();
-}
-
-void SimulatedPhone::wakeUp() {
-    power.wake();
-    power.noteActivity();
-    doWorkPutOff();
+void SimulatedPhone::sendStop() {
+    if (NoctaraInstance)
+        NoctaraInstance->stop();
 }
 
 } // namespace noctara
