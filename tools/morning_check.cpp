@@ -1,6 +1,6 @@
 #include "tools/morning_check.h"
 
-#include "host/host.h"
+#include "monitor/noctara_thread.h"
 #include "tools/local_clock_text.h"
 
 #include <fmt/format.h>
@@ -10,10 +10,10 @@ namespace noctara {
 void MorningCheck::called(const Call& call) {
     if (call.operation == "performSelectorOnMainThread:withObject:waitUntilDone:") {
         if (std::get<std::string_view>(call.arguments[0]) == "setStateAirplaneMode" &&
-            NoctaraInstance->currentState && !expected)
+            phone.monitor()->currentState && !expected)
             expected = phone.radios.states();
     } else if (call.operation == "notify_post" && !call.onMainThread && expected &&
-               !NoctaraInstance->currentState) {
+               !phone.monitor()->currentState) {
         compare(call.at);
         expected.reset();
     }

@@ -1,6 +1,6 @@
 #include "tools/night_summary.h"
 
-#include "host/host.h"
+#include "monitor/noctara_thread.h"
 
 #include <algorithm>
 #include <cmath>
@@ -34,7 +34,7 @@ void NightSummary::called(const Call& call) {
         ++transitions;
         if (inSleepState)
             secondsInSleepState += now() - sleepStateBegan;
-        inSleepState = NoctaraInstance->currentState;
+        inSleepState = phone.monitor()->currentState;
         sleepStateBegan = now();
     } else if (operation == "NSThread start") {
         // A phone found in airplane mode is taken for one in the sleep state.

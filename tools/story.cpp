@@ -1,6 +1,6 @@
 #include "tools/story.h"
 
-#include "host/host.h"
+#include "monitor/noctara_thread.h"
 #include "monitor/posture.h"
 #include "tools/happening_words.h"
 #include "tools/local_clock_text.h"
@@ -97,10 +97,10 @@ void Story::called(const Call& call) {
     if (operation == "NSThread start")
         tell(call.at, "SpringBoard has launched; the monitor starts.");
     else if (operation == "AudioServicesPlaySystemSound") {
-        const SoundID sound = NoctaraInstance->currentSoundId;
+        const SoundID sound = phone.monitor()->currentSoundId;
         deeds.push_back(sound == vibrationSound ? "vibrates"
                         : sound == 0            ? "has no sound to play"
-                        : sound == NoctaraInstance->airplaneModeMP3
+                        : sound == phone.monitor()->airplaneModeMP3
                             ? "plays the airplane-mode sound"
                             : "plays the off sound");
     } else if (operation == "IOCancelPowerChange" && askedToSleep) {
@@ -171,7 +171,7 @@ void Story::finishSettings() {
 }
 
 std::string Story::settingsInWords() const {
-    const NoctaraThread& monitor = *NoctaraInstance;
+    const NoctaraThread& monitor = *phone.monitor();
     if (!monitor.enabled)
         return "Settings: monitoring is off.";
     std::vector<std::string> parts{fmt::format("a reading every {} s", monitor.sleepTime + 0),
@@ -221,7 +221,7 @@ void Story::followReading(const Call& call) {
 }
 
 void Story::concludeReading(Date at) {
-    const NoctaraThread& monitor = *NoctaraInstance;
+    const NoctaraThread& monitor = *phone.monitor();
     lastReading = phone.clock.elapsedClock;
     if (pause != Pause::none) {
         finishNaps();
@@ -303,7 +303,7 @@ void Story::followSwitch(const Call& call) {
              answeredYes(call))
         deeds.push_back(
             fmt::format("leaves {} as it is, because of a call",
-                        NoctaraInstance->edgeSwitch ? "cellular data" : "the data rate"));
+                        phone.monitor()->edgeSwitch ? "cellular data" : "the data rate"));
     else if (operation == "notify_post" && !call.onMainThread)
         finishSwitch(call.at);
 }
@@ -312,7 +312,7 @@ void Story::finishSwitch(Date at) {
     if (deeds.empty())
         deeds.push_back("finds nothing to switch");
     tell(at, fmt::format("It {}.", fmt::join(deeds, ", ")));
-    tell(at, NoctaraInstance->currentState ? "The phone is in the sleep state."
+    tell(at, phone.monitor()->currentState ? "The phone is in the sleep state."
                                            : "The phone is awake again.");
     deeds.clear();
     switching = false;
@@ -322,7 +322,7 @@ void Story::finishSwitch(Date at) {
 void Story::followManualChange(const Call& call) {
     if (call.operation != "isInAirplaneMode")
         return;
-    const bool disagrees = answeredYes(call) != NoctaraInstance->lastStateWasPlane;
+    const bool disagrees = answeredYes(call) != phone.monitor()->lastStateWasPlane;
     if (disagrees != suspended) {
         finishNaps();
         tell(call.at, disagrees ? "Airplane mode was changed by hand: monitoring is suspended."
@@ -334,7 +334,7 @@ void Story::followManualChange(const Call& call) {
 
 /// A whole cycle without a reading is a pause; the moment when it is noticed is told.
 void Story::followPauses(Date at) {
-    const NoctaraThread& monitor = *NoctaraInstance;
+    const NoctaraThread& monitor = *phone.monitor();
     const double cycle = std::max(1, monitor.sleepTime + 0) + 1;
     if (suspended || phone.clock.elapsedClock - lastReading <= cycle)
         return;
@@ -353,7 +353,7 @@ void Story::followPauses(Date at) {
 }
 
 Story::Pause Story::reasonForPause() const {
-    const NoctaraThread& monitor = *NoctaraInstance;
+    const NoctaraThread& monitor = *phone.monitor();
     if (!monitor.enabled)
         return Pause::off;
     const bool waitsForCharger =

@@ -1,4 +1,5 @@
 /// What can happen to the phone.
+#include "monitor/noctara_thread.h"
 #include "platform/simulated/phone_model.h"
 
 namespace noctara {
@@ -61,7 +62,10 @@ void PhoneModel::happens(const std::string& action, const PropertyList& value) {
     } else if (action == "clock") {
         clock.setWall(*value.as<Date>());
     } else if (action == "stop") {
-        onMainThread([this] { sendStop(); });
+        onMainThread([this] {
+            if (auto* running = monitor())
+                running->stop();
+        });
     } else {
         switchByHand(action, value);
     }

@@ -25,6 +25,8 @@
 
 namespace noctara {
 
+class NoctaraThread;
+
 /// Where the settings file is on the phone.
 extern const std::string simulatedSettingsPath;
 
@@ -48,6 +50,9 @@ public:
 
     const TimeZone& timeZone() const { return zone; }
 
+    /// The monitor that runs on this phone; null while there is none.
+    virtual NoctaraThread* monitor() const = 0;
+
     VirtualClock clock;
     Recorder recorder;
     SimulatedRadios radios;
@@ -63,9 +68,6 @@ protected:
 
     /// SpringBoard notices a change of the charger.
     virtual void sendACPowerChanged() = 0;
-
-    /// Somebody sends the monitor `stop`, if there is a monitor.
-    virtual void sendStop() = 0;
 
     /// By the clock that is never set: when the next thing is due. Infinity when nothing is.
     double nextDue() const;

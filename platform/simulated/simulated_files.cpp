@@ -36,6 +36,15 @@ void SimulatedFiles::keepUpToDate(const std::string& path,
     systemFiles[resolvedPath(path)] = std::move(update);
 }
 
+void SimulatedFiles::bringUpToDate(const std::string& path) {
+    if (!systemFiles.contains(resolvedPath(path)))
+        return;
+    const auto file = content(path);
+    const auto* dictionary = file.value ? file.value->as<Dictionary>() : nullptr;
+    if (dictionary && disk != DiskState::ok)
+        store->write(resolvedPath(path), *dictionary);
+}
+
 void SimulatedFiles::writeSystemFiles() {
     for (const auto& [path, update] : systemFiles)
         content(path);

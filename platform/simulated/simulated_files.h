@@ -28,6 +28,10 @@ public:
     /// up to date.
     void keepUpToDate(const std::string& path, std::function<void(Dictionary&)> update);
 
+    /// Has the system write this file, if it is one of its own, whatever the disk is like: for
+    /// whoever reads it from the store without asking here.
+    void bringUpToDate(const std::string& path);
+
     /// Has the system write its own files where other programs can see them.
     void writeSystemFiles();
 

@@ -56,8 +56,12 @@ SimulatedPhone::SimulatedPhone(const Scenario& scenario, std::unique_ptr<FileSto
 }
 
 SimulatedPhone::~SimulatedPhone() {
-    monitor.reset();
+    monitorThread.reset();
     endProcess();
+}
+
+NoctaraThread* SimulatedPhone::monitor() const {
+    return NoctaraInstance;
 }
 
 void SimulatedPhone::launch() {
@@ -68,9 +72,9 @@ void SimulatedPhone::launch() {
 void SimulatedPhone::playUntil(Date date) {
     playLimit = std::max(date.secondsSince1970, clock.elapsedClock);
     advance(clock.elapsedClock);
-    if (monitor && clock.elapsedClock < playLimit) {
+    if (monitorThread && clock.elapsedClock < playLimit) {
         const Handover handover(*this);
-        monitor->resume();
+        monitorThread->resume();
     }
     if (motion.readings < readingsWanted)
         advance(playLimit);
@@ -84,7 +88,7 @@ void SimulatedPhone::playReadings(int count) {
 
 void SimulatedPhone::playToTheEnd() {
     playUntil({end});
-    monitor.reset();
+    monitorThread.reset();
     files.writeSystemFiles();
 }
 
@@ -108,7 +112,7 @@ void SimulatedPhone::sleep(unsigned seconds) {
     while (power.isAsleep() || clock.elapsedClock < wakeUpAt) {
         const double next = power.isAsleep() ? nextDue() : wakeUpAt;
         if (monitorHasControl && (next >= playLimit || motion.readings >= readingsWanted))
-            monitor->park();
+            monitorThread->park();
         else if (next < never)
             advance(next);
         else
@@ -118,7 +122,7 @@ void SimulatedPhone::sleep(unsigned seconds) {
 
 std::unique_ptr<Thread> SimulatedPhone::start(const char* name, std::function<void()> body) {
     recorder.call("NSThread start", {name});
-    monitor = std::make_unique<HandedOverThread>(std::move(body));
+    monitorThread = std::make_unique<HandedOverThread>(std::move(body));
     return std::make_unique<StartedThread>();
 }
 
@@ -131,11 +135,6 @@ void SimulatedPhone::performOnMainThread(const char* selector, const std::functi
 
 void SimulatedPhone::sendACPowerChanged() {
     process.acPowerChanged(static_cast<Charger*>(&power));
-}
-
-void SimulatedPhone::sendStop() {
-    if (NoctaraInstance)
-        NoctaraInstance->stop();
 }
 
 } // namespace noctara

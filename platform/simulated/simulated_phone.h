@@ -48,6 +48,7 @@ public:
 
     const Platform& platform() const { return services; }
     Date now() override { return clock.wall(); }
+    NoctaraThread* monitor() const override;
 
 private:
     class Handover;
@@ -61,9 +62,8 @@ private:
     void performOnMainThread(const char* selector, const std::function<void()>& work) override;
 
     void sendACPowerChanged() override;
-    void sendStop() override;
 
-    std::unique_ptr<HandedOverThread> monitor;
+    std::unique_ptr<HandedOverThread> monitorThread;
     bool monitorHasControl = false; ///< Else the caller of the phone's methods has it.
     double playLimit = std::numeric_limits<double>::infinity();
     int readingsWanted = std::numeric_limits<int>::max();

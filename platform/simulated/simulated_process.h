@@ -45,6 +45,8 @@ public:
     /// Delivers a system-wide notification to the handlers of this process.
     void deliver(const std::string& name);
 
+    bool hasClass(std::string_view name) const { return classes.contains(name); }
+
     /// Takes a class away, as on a system that lacks it.
     void removeClass(const std::string& name) { classes.erase(name); }
 

@@ -1,0 +1,33 @@
+/// System-wide notifications, and the main dispatch queue that delivers them.
+#include "phone/stand_in_phone.h"
+#include "platform/notifications.h"
+
+#include <Block.h>
+#include <notify.h>
+
+using noctara::PhoneCall;
+
+dispatch_queue_t dispatch_get_main_queue(void) {
+    static char mainQueue;
+    return reinterpret_cast<dispatch_queue_t>(&mainQueue);
+}
+
+std::uint32_t notify_post(const char* name) {
+    if (PhoneCall phone; phone)
+        phone->notifications.post(name);
+    return 0;
+}
+
+std::uint32_t notify_register_dispatch(const char* name, int* token, dispatch_queue_t,
+                                       notify_handler_t handler) {
+    PhoneCall phone;
+    if (!phone)
+        return 1;
+    const notify_handler_t kept = Block_copy(handler);
+    static int lastToken = 0;
+    const int given = ++lastToken;
+    *token = phone->notifications.registerOnMainQueue(name, [kept, given] {
+        noctara::phoneOfThisProcess()->performOnMainRunLoop([&] { kept(given); });
+    });
+    return 0;
+}

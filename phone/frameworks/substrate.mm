@@ -1,0 +1,18 @@
+/// The method-hooking loader's one function, over the real Objective-C runtime.
+#include "phone/stand_in_phone.h"
+#include "platform/springboard/private_functions.h"
+
+#include <objc/runtime.h>
+
+using noctara::CallValue;
+using noctara::PhoneCall;
+
+void MSHookMessageEx(Class hooked, SEL selector, IMP replacement, IMP* previous) {
+    if (PhoneCall phone; phone)
+        phone->recorder.call(
+            "MSHookMessageEx",
+            {hooked ? CallValue(class_getName(hooked)) : CallValue(), sel_getName(selector)});
+    const Method method = hooked ? class_getInstanceMethod(hooked, selector) : nullptr;
+    if (method)
+        *previous = method_setImplementation(method, replacement);
+}

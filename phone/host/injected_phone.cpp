@@ -1,0 +1,67 @@
+#include "phone/host/injected_phone.h"
+
+#include "phone/host/injected_library.h"
+#include "phone/host/main_run_loop.h"
+#include "phone/host/springboard.h"
+
+namespace noctara {
+
+extern "C" {
+StandInPhone* standInPhone = nullptr;
+}
+
+InjectedPhone* injectedPhone = nullptr;
+
+InjectedPhone::InjectedPhone(const Scenario& scenario, const std::filesystem::path& root) :
+    PhoneModel(scenario, makeDirectoryFileStore(root)),
+    rootFolder(root),
+    services{recorder, scenario.phone.corefoundation,
+             radios,   device,
+             radios,   device,
+             radios,   motion,
+             process,  radios,
+             power,    process,
+             power} {
+    injectedPhone = this;
+    standInPhone = this;
+}
+
+std::filesystem::path InjectedPhone::placeOf(const std::string& pathOnPhone) const {
+    return rootFolder / std::filesystem::path(resolvedPath(pathOnPhone)).relative_path();
+}
+
+const StandInServices& InjectedPhone::enter() {
+    mutex.lock();
+    ++depth;
+    catchUp();
+    recorder.onMainThread = std::this_thread::get_id() == mainThread;
+    return services;
+}
+
+void InjectedPhone::leave() {
+    --depth;
+    mutex.unlock();
+}
+
+void InjectedPhone::performOutside(const std::function<void()>& work) {
+    const int entered = depth;
+    for (int i = 0; i < entered; ++i)
+        leave();
+    work();
+    for (int i = 0; i < entered; ++i)
+        enter();
+}
+
+void InjectedPhone::performOnMainRunLoop(const std::function<void()>& work) {
+    performOutside([&] { mainRunLoop::perform(work); });
+}
+
+void InjectedPhone::sendACPowerChanged() {
+    performOnMainRunLoop([] { springBoard::acPowerChanged(); });
+}
+
+NoctaraThread* InjectedPhone::monitor() const {
+    return injectedLibrary::monitor();
+}
+
+} // namespace noctara

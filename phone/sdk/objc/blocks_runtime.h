@@ -1,0 +1,2 @@
+/// Where the compiler's Objective-C headers expect the blocks runtime.
+#include <Block.h>

@@ -1,0 +1,29 @@
+#include "platform/bluetooth.h"
+
+#include "platform/springboard/private_classes.h"
+#include "platform/springboard/services.h"
+
+static BluetoothManager* sharedManager() {
+    return [BluetoothManager sharedInstance];
+}
+
+namespace noctara {
+
+namespace {
+
+class SpringBoardBluetooth final : public BluetoothManager {
+public:
+    bool enabled() override { return [sharedManager() enabled]; }
+    bool connected() override { return [sharedManager() connected]; }
+    void setPowered(bool powered) override { [sharedManager() setPowered:powered]; }
+    void setEnabled(bool enabled) override { [sharedManager() setEnabled:enabled]; }
+};
+
+} // namespace
+
+BluetoothManager& springBoardBluetooth() {
+    static SpringBoardBluetooth bluetooth;
+    return bluetooth;
+}
+
+} // namespace noctara

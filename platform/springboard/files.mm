@@ -1,0 +1,54 @@
+#include "platform/files.h"
+
+#include "platform/springboard/property_list_values.h"
+#include "platform/springboard/services.h"
+
+namespace noctara {
+
+namespace {
+
+class SpringBoardFiles final : public Files {
+public:
+    bool exists(const std::string& path) override {
+        @autoreleasepool {
+            return [[NSFileManager defaultManager] fileExistsAtPath:stringOf(path)];
+        }
+    }
+
+    std::optional<Dictionary> readDictionary(const std::string& path) override {
+        @autoreleasepool {
+            NSDictionary* dictionary =
+                [[[NSDictionary alloc] initWithContentsOfFile:stringOf(path)] autorelease];
+            return dictionary ? std::optional(dictionaryOf(dictionary)) : std::nullopt;
+        }
+    }
+
+    bool writeDictionary(const std::string& path, const Dictionary& dictionary) override {
+        @autoreleasepool {
+            return [objectOf(dictionary) writeToFile:stringOf(path) atomically:YES];
+        }
+    }
+
+    ParsedPropertyList parse(const std::string& path) override {
+        @autoreleasepool {
+            NSData* data = [NSData dataWithContentsOfFile:stringOf(path)];
+            NSString* error = nil;
+            id value = [NSPropertyListSerialization propertyListFromData:data
+                                                        mutabilityOption:NSPropertyListImmutable
+                                                                  format:NULL
+                                                        errorDescription:&error];
+            if (value && !error)
+                return {valueOf(value), {}};
+            return {{}, error ? textOf([error description]) : "(null)"};
+        }
+    }
+};
+
+} // namespace
+
+Files& springBoardFiles() {
+    static SpringBoardFiles files;
+    return files;
+}
+
+} // namespace noctara

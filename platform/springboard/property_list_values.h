@@ -1,0 +1,29 @@
+/// Values on their way between the core and Foundation.
+#pragma once
+
+#include "platform/property_list.h"
+
+#import <Foundation/Foundation.h>
+
+#include <string>
+
+namespace noctara {
+
+/// What is no UTF-8 is taken for Latin-1. Autoreleased, as are the results of `objectOf`.
+NSString* stringOf(const std::string& text);
+
+/// Empty for nil.
+std::string textOf(NSString* string);
+
+NSDate* dateOf(Date date);
+
+NSDictionary* objectOf(const Dictionary& dictionary);
+id objectOf(const PropertyList& value);
+
+/// The keys in the dictionary's own order.
+Dictionary dictionaryOf(NSDictionary* object);
+
+/// An object that no property list holds becomes its description.
+PropertyList valueOf(id object);
+
+} // namespace noctara

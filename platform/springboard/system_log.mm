@@ -1,0 +1,26 @@
+#include "platform/system_log.h"
+
+#include "platform/springboard/property_list_values.h"
+#include "platform/springboard/services.h"
+
+namespace noctara {
+
+namespace {
+
+class SpringBoardLog final : public SystemLog {
+public:
+    void write(const std::string& text) override {
+        @autoreleasepool {
+            NSLog(@"%@", stringOf(text));
+        }
+    }
+};
+
+} // namespace
+
+SystemLog& springBoardLog() {
+    static SpringBoardLog log;
+    return log;
+}
+
+} // namespace noctara

@@ -1,0 +1,165 @@
+#include "tests/agreement/agreement.h"
+
+#include "tests/agreement/random_scenario.h"
+#include "tests/agreement/trace_difference.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
+#include <fstream>
+#include <spawn.h>
+#include <sstream>
+#include <stdexcept>
+#include <string_view>
+#include <sys/wait.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace noctara {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Far longer than any play takes, even under a sanitizer: a deadlock is an end like any other.
+const std::string mostSeconds = "300";
+
+/// What counts between the two phones.
+constexpr TraceOrder comparedOrder = TraceOrder::whole;
+
+const std::string sleepStateSentence = "The phone is in the sleep state.";
+
+/// The scenario's file with another ending.
+fs::path beside(const fs::path& scenario, const std::string& ending) {
+    return scenario.parent_path() / (scenario.stem().string() + ending);
+}
+
+std::string contents(const fs::path& file) {
+    std::ostringstream text;
+    text << std::ifstream(file).rdbuf();
+    return text.str();
+}
+
+std::size_t count(const std::string& text, const std::string& sentence) {
+    std::size_t found = 0;
+    for (auto place = text.find(sentence); place != text.npos;
+         place = text.find(sentence, place + 1))
+        ++found;
+    return found;
+}
+
+/// What waitpid reports of the command, whose output goes to the file.
+int run(std::vector<std::string> command, const fs::path& output) {
+    std::vector<char*> arguments;
+    for (std::string& word : command)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+
+    posix_spawn_file_actions_t redirections;
+    posix_spawn_file_actions_init(&redirections);
+    posix_spawn_file_actions_addopen(&redirections, 1, output.c_str(), O_WRONLY | O_CREAT | O_TRUNC,
+                                     0644);
+    posix_spawn_file_actions_adddup2(&redirections, 1, 2);
+    pid_t child = 0;
+    const int failure =
+        posix_spawnp(&child, arguments[0], &redirections, nullptr, arguments.data(), environ);
+    posix_spawn_file_actions_destroy(&redirections);
+    if (failure != 0)
+        throw std::system_error(failure, std::generic_category(), command[0]);
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0)
+        if (errno != EINTR)
+            throw std::system_error(errno, std::generic_category(), command[0]);
+    return status;
+}
+
+/// One of the two plays.
+struct Play {
+    std::string player;
+    std::vector<std::string> command;
+    fs::path trace;
+    fs::path output;
+
+    Play(const std::string& name, const std::vector<std::string>& program,
+         const fs::path& scenario) :
+        player(name),
+        command(program),
+        trace(beside(scenario, '.' + name + ".jsonl")),
+        output(beside(scenario, '.' + name + ".txt")) {
+        command.insert(command.end(), {scenario.string(), "--trace", trace.string()});
+    }
+
+    /// Empty when the program exits as one that has played does.
+    std::string playAndComplain() const {
+        // What an earlier play left must not be taken for this one's.
+        fs::remove(trace);
+        std::vector<std::string> limited{"timeout", "--foreground", "--kill-after=10", mostSeconds};
+        limited.insert(limited.end(), command.begin(), command.end());
+        const int status = run(limited, output);
+        if (WIFSIGNALED(status))
+            return complaint("was ended by signal " + std::to_string(WTERMSIG(status)));
+        const int code = WEXITSTATUS(status);
+        if (code == 124)
+            return complaint("did not end within " + mostSeconds + " seconds");
+        if (code > 1)
+            return complaint("exited with " + std::to_string(code));
+        return {};
+    }
+
+    Trace read() const {
+        std::ifstream lines(trace);
+        if (!lines)
+            throw BadTrace(trace.string() + ": was not written");
+        return readTrace(lines, trace.filename().string(), comparedOrder);
+    }
+
+    std::string commandLine() const {
+        std::string line;
+        for (const auto& word : command)
+            line += (line.empty() ? "" : " ") + word;
+        return line;
+    }
+
+private:
+    std::string complaint(const std::string& end) const {
+        return "the " + player + " play " + end + "; it printed:\n" + contents(output) + '\n';
+    }
+};
+
+} // namespace
+
+Agreement playBoth(const fs::path& scenario, const Players& players) {
+    const Play simulated("simulated", players.simulated, scenario);
+    const Play injected("injected", players.injected, scenario);
+    Agreement agreement;
+    std::string wrong = simulated.playAndComplain() + injected.playAndComplain();
+    try {
+        const Trace expected = simulated.read();
+        agreement.lines = expected.lines;
+        agreement.sleepStates = count(contents(simulated.output), sleepStateSentence);
+        if (expected.lines == 0)
+            wrong += expected.name + " is empty\n";
+        wrong += traceDifference(expected, injected.read()).value_or("");
+    } catch (const BadTrace& error) {
+        wrong += std::string(error.what()) + '\n';
+    }
+    if (!wrong.empty())
+        agreement.difference = wrong + "Played by\n  " + simulated.commandLine() + "\n  " +
+                               injected.commandLine() + '\n';
+    return agreement;
+}
+
+fs::path makePlayFolder() {
+    std::string pattern = (fs::temp_directory_path() / "noctara-agreement-XXXXXX").string();
+    if (!mkdtemp(pattern.data()))
+        throw std::system_error(errno, std::generic_category(), pattern);
+    return pattern;
+}
+
+fs::path writeRandomScenario(std::uint64_t seed, const fs::path& folder) {
+    const fs::path file = folder / ("seed-" + std::to_string(seed) + ".toml");
+    std::ofstream(file) << randomScenario(seed);
+    return file;
+}
+
+} // namespace noctara

@@ -1,0 +1,140 @@
+/// The library that is injected into the stand-in phone does what the simulated phone sees it do,
+/// operation by operation and argument by argument, in every ready-made night and in random ones.
+#include "tests/agreement/agreement.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace noctara {
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+
+const fs::path scenarios = fs::path(NOCTARA_SOURCE_DIR) / "scenarios";
+
+/// Enough for every run of the tests; scripts/agree plays as many as one likes.
+constexpr std::uint64_t randomScenarios = 24;
+
+class BothPhones : public testing::Test {
+protected:
+    /// The files of a play that did not agree stay.
+    ~BothPhones() override {
+        if (!HasFailure())
+            fs::remove_all(folder);
+    }
+
+    const fs::path folder = makePlayFolder();
+};
+
+class BothPhonesInAReadyMadeNight : public BothPhones,
+                                    public testing::WithParamInterface<std::string> {};
+
+TEST_P(BothPhonesInAReadyMadeNight, do_the_same) {
+    const fs::path scenario = folder / (GetParam() + ".toml");
+    fs::copy_file(scenarios / scenario.filename(), scenario);
+    const Agreement agreement = playBoth(scenario);
+    EXPECT_FALSE(agreement.difference) << *agreement.difference;
+    EXPECT_GT(agreement.lines, 1000U);
+}
+
+std::vector<std::string> readyMadeNights() {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(scenarios))
+        if (entry.path().extension() == ".toml")
+            names.push_back(entry.path().stem().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+INSTANTIATE_TEST_SUITE_P(Scenarios, BothPhonesInAReadyMadeNight,
+                         testing::ValuesIn(readyMadeNights()), [](const auto& night) {
+                             std::string name = night.param;
+                             std::replace(name.begin(), name.end(), '-', '_');
+                             return name;
+                         });
+
+TEST_F(BothPhones, go_into_the_sleep_state_in_the_typical_night) {
+    const fs::path scenario = folder / "typical-night.toml";
+    fs::copy_file(scenarios / scenario.filename(), scenario);
+    EXPECT_EQ(playBoth(scenario).sleepStates, 1U);
+}
+
+class BothPhonesInARandomNight : public BothPhones,
+                                 public testing::WithParamInterface<std::uint64_t> {};
+
+TEST_P(BothPhonesInARandomNight, do_the_same) {
+    const Agreement agreement = playBoth(writeRandomScenario(GetParam(), folder));
+    EXPECT_FALSE(agreement.difference)
+        << *agreement.difference << "To play it again: scripts/agree 1 " << GetParam();
+    EXPECT_GT(agreement.lines, 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, BothPhonesInARandomNight,
+                         testing::Range(std::uint64_t{1}, randomScenarios + 1),
+                         testing::PrintToStringParamName());
+
+/// A program in place of the stand-in phone: a script that gets the scenario as $1 and the trace's
+/// name as $3.
+class AnotherProgramInItsPlace : public BothPhones {
+protected:
+    std::string whatIsWrong(const std::string& script) {
+        const fs::path file = folder / "program";
+        std::ofstream(file) << script;
+        const fs::path scenario = folder / "night.toml";
+        std::ofstream(scenario) << "hours = 0.2\n[settings]\nScanInterval = 1\n";
+        return playBoth(scenario, {{NOCTARA_COMMAND, "night"}, {"sh", file.string()}})
+            .difference.value_or("they agree");
+    }
+
+    const std::string playsToo = "'" NOCTARA_COMMAND "' night \"$@\"\n";
+};
+
+TEST_F(AnotherProgramInItsPlace, agrees_when_it_does_the_same) {
+    EXPECT_EQ(whatIsWrong(playsToo), "they agree");
+}
+
+TEST_F(AnotherProgramInItsPlace, may_find_the_night_wrong) {
+    EXPECT_EQ(whatIsWrong(playsToo + "exit 1\n"), "they agree");
+}
+
+TEST_F(AnotherProgramInItsPlace, is_caught_when_one_argument_differs) {
+    EXPECT_THAT(whatIsWrong(playsToo + "sed -i '0,/ScanInterval : 5/s//ScanInterval : 6/' \"$3\"\n"
+                                       "grep -q 'ScanInterval : 6' \"$3\" || exit 9\n"),
+                testing::AllOf(HasSubstr("the traces differ"), HasSubstr("ScanInterval : 5"),
+                               HasSubstr("ScanInterval : 6"), HasSubstr("night.toml --trace")));
+}
+
+TEST_F(AnotherProgramInItsPlace, is_caught_when_it_leaves_out_the_last_line) {
+    EXPECT_THAT(whatIsWrong(playsToo + "sed -i '$d' \"$3\"\n"), HasSubstr("> (it ends here)"));
+}
+
+TEST_F(AnotherProgramInItsPlace, is_caught_when_it_dies) {
+    EXPECT_THAT(whatIsWrong(playsToo + "echo 'last words' >&2\nkill -SEGV $$\n"),
+                testing::AllOf(HasSubstr("was ended by signal 11"), HasSubstr("last words")));
+}
+
+TEST_F(AnotherProgramInItsPlace, is_caught_when_it_refuses_the_scenario) {
+    EXPECT_THAT(whatIsWrong(playsToo + "exit 2\n"), HasSubstr("exited with 2"));
+}
+
+TEST_F(AnotherProgramInItsPlace, is_caught_when_it_writes_no_trace) {
+    EXPECT_THAT(whatIsWrong("exit 0\n"), HasSubstr("night.injected.jsonl: was not written"));
+}
+
+TEST_F(AnotherProgramInItsPlace, is_caught_when_its_trace_is_cut_off_within_a_line) {
+    EXPECT_THAT(whatIsWrong(playsToo + "truncate -s -5 \"$3\"\n"),
+                HasSubstr("is no line of a trace"));
+}
+
+} // namespace
+
+} // namespace noctara

@@ -1,0 +1,46 @@
+/// Whether two traces tell of the same night: the same calls with the same arguments and results,
+/// and the same events, in the same order.
+#pragma once
+
+#include <cstddef>
+#include <istream>
+#include <map>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace noctara {
+
+enum class TraceOrder {
+    perThread, ///< The order of each thread by itself; times do not count. Events are "main"'s.
+    whole,     ///< One order over both threads, and the times count.
+};
+
+struct TraceLine {
+    std::size_t number; ///< From 1, in the file.
+    std::string text;
+    std::string compared; ///< What counts of it.
+};
+
+/// A trace as it is compared, held in memory whole.
+struct Trace {
+    std::string name;
+    std::size_t lines = 0;                               ///< All that the file has.
+    std::map<std::string, std::vector<TraceLine>> order; ///< By thread; or one, of no thread.
+};
+
+/// A line that is not one of a trace; the message names the trace and the line.
+class BadTrace : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Throws BadTrace. `name` is what the trace is called in messages.
+Trace readTrace(std::istream& lines, const std::string& name, TraceOrder order);
+
+/// Nothing when the traces, read in the same order, agree. Else some lines of text: for each thread
+/// on which they differ the first place where they do, with the lines around it.
+std::optional<std::string> traceDifference(const Trace& one, const Trace& other);
+
+} // namespace noctara
