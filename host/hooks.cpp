@@ -23,10 +23,10 @@ namespace {
 template <typename Function>
 void hook(const char* className, const char* selector, Function* replacement, Function*& original) {
     HostProcess& process = processPlatform->process;
-    auto previous = reinterpret_cast<Implementation>(original);
+    // The slot itself: the method can be called as soon as it is hooked.
     process.hookMessage(process.findClass(className), selector,
-                        reinterpret_cast<Implementation>(replacement), previous);
-    original = reinterpret_cast<Function*>(previous);
+                        reinterpret_cast<Implementation>(replacement),
+                        reinterpret_cast<Implementation&>(original));
 }
 
 } // namespace

@@ -19,7 +19,7 @@ namespace noctara {
 
 extern "C" {
 
-/// The one monitor; null until SpringBoard has finished launching, and never cleared.
+/// The one monitor, a C++ object; null until SpringBoard has finished launching, and never cleared.
 NOCTARA_EXPORT extern NoctaraThread* NoctaraInstance;
 
 /// Run once when the library is loaded: hooks SpringBoard, and in any other process does nothing.

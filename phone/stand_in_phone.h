@@ -1,5 +1,6 @@
-/// How the stand-in frameworks reach the phone that they belong to. They hold no state of their
-/// own: all that they are asked, they ask the one simulated phone behind the host process.
+/// How the stand-in frameworks reach the phone that they belong to. They keep nothing of the
+/// phone's state: all that they are asked, they ask the one simulated phone behind the host
+/// process.
 #pragma once
 
 #include "platform/simulated/recorder.h"

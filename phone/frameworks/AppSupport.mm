@@ -3,6 +3,8 @@
 #include "platform/springboard/property_list_values.h"
 #include "platform/wake_scheduler.h"
 
+#include <cmath>
+
 using noctara::PhoneCall;
 
 static noctara::Date dateOf(CFDateRef date) {
@@ -11,7 +13,9 @@ static noctara::Date dateOf(CFDateRef date) {
 
 void CPScheduleWakeAtDateWithIdentifier(CFDateRef date, CFStringRef identifier) {
     if (PhoneCall phone; phone)
-        phone->wakes.schedule(dateOf(date), noctara::textOf((NSString*)identifier));
+        // The list is a file that keeps whole seconds.
+        phone->wakes.schedule({std::floor(dateOf(date).secondsSince1970)},
+                              noctara::textOf((NSString*)identifier));
 }
 
 void CPCancelWakeAtDateWithIdentifier(CFDateRef date, CFStringRef identifier) {

@@ -23,7 +23,10 @@ CFRunLoopRef CFRunLoopGetCurrent(void) {
     return (CFRunLoopRef)[NSRunLoop currentRunLoop];
 }
 
-void CFRunLoopAddSource(CFRunLoopRef runLoop, CFRunLoopSourceRef source, CFRunLoopMode) {
+void CFRunLoopAddSource(CFRunLoopRef runLoop, CFRunLoopSourceRef source, CFRunLoopMode mode) {
+    // The phone delivers by its main run loop, whatever mode that is in.
+    if (runLoop != (CFRunLoopRef)[NSRunLoop mainRunLoop] || mode != kCFRunLoopCommonModes)
+        return;
     if (PhoneCall phone; phone)
         phone->power.addSource(runLoop, source);
 }

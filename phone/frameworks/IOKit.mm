@@ -7,13 +7,14 @@ using noctara::PhoneCall;
 /// Whom the messages are for. A message comes from the phone, on the main thread, and is delivered
 /// by the main run loop.
 static IOServiceInterestCallback interested = nullptr;
+static void* refconOfInterested = nullptr;
 
-static void deliver(void* refcon, std::uint32_t service, std::uint32_t type, void* argument) {
+static void deliver(void*, std::uint32_t service, std::uint32_t type, void* argument) {
     noctara::phoneOfThisProcess()->performOnMainRunLoop(
-        [=] { interested(refcon, service, type, argument); });
+        [=] { interested(refconOfInterested, service, type, argument); });
 }
 
-io_connect_t IORegisterForSystemPower(void*, IONotificationPortRef* port,
+io_connect_t IORegisterForSystemPower(void* refcon, IONotificationPortRef* port,
                                       IOServiceInterestCallback callback, io_object_t* notifier) {
     PhoneCall phone;
     if (!phone)
@@ -22,6 +23,7 @@ io_connect_t IORegisterForSystemPower(void*, IONotificationPortRef* port,
     const io_connect_t connection = phone->power.registerForSystemPower(deliver, registered);
     if (connection != 0) {
         interested = callback;
+        refconOfInterested = refcon;
         *port = static_cast<IONotificationPortRef>(registered);
         *notifier = connection;
     }

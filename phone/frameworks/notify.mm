@@ -3,6 +3,7 @@
 #include "platform/notifications.h"
 
 #include <Block.h>
+#include <memory>
 #include <notify.h>
 
 using noctara::PhoneCall;
@@ -18,16 +19,16 @@ std::uint32_t notify_post(const char* name) {
     return 0;
 }
 
-std::uint32_t notify_register_dispatch(const char* name, int* token, dispatch_queue_t,
+std::uint32_t notify_register_dispatch(const char* name, int* token, dispatch_queue_t queue,
                                        notify_handler_t handler) {
     PhoneCall phone;
-    if (!phone)
+    if (!phone || queue != dispatch_get_main_queue())
         return 1;
     const notify_handler_t kept = Block_copy(handler);
-    static int lastToken = 0;
-    const int given = ++lastToken;
-    *token = phone->notifications.registerOnMainQueue(name, [kept, given] {
-        noctara::phoneOfThisProcess()->performOnMainRunLoop([&] { kept(given); });
+    const auto given = std::make_shared<int>();
+    *given = phone->notifications.registerOnMainQueue(name, [kept, given] {
+        noctara::phoneOfThisProcess()->performOnMainRunLoop([&] { kept(*given); });
     });
+    *token = *given;
     return 0;
 }

@@ -13,6 +13,10 @@ void MSHookMessageEx(Class hooked, SEL selector, IMP replacement, IMP* previous)
             "MSHookMessageEx",
             {hooked ? CallValue(class_getName(hooked)) : CallValue(), sel_getName(selector)});
     const Method method = hooked ? class_getInstanceMethod(hooked, selector) : nullptr;
-    if (method)
-        *previous = method_setImplementation(method, replacement);
+    if (!method)
+        return;
+    *previous = method_getImplementation(method);
+    // An inherited method stays as it is for the other classes that have it.
+    if (!class_addMethod(hooked, selector, replacement, method_getTypeEncoding(method)))
+        method_setImplementation(method, replacement);
 }

@@ -1,7 +1,8 @@
 #include "phone/host/injected_library.h"
 
-#include "phone/host/filter_file.h"
+#include "platform/simulated/property_list_file.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdint>
 #include <dlfcn.h>
@@ -9,9 +10,11 @@
 
 namespace noctara::injectedLibrary {
 
+namespace fs = std::filesystem;
+
 namespace {
 
-std::filesystem::path libraryFile;
+fs::path libraryFile;
 NoctaraThread** instance = nullptr; ///< Null before the library has been loaded.
 
 /// Where the library's code lies; 0 before it has been met. The end is written last.
@@ -38,23 +41,25 @@ void findCode(const void* base) {
 
 } // namespace
 
-bool inject(const std::filesystem::path& library, const std::filesystem::path& filter,
-            const std::string& bundle) {
-    switch (askFilter(filter, bundle)) {
-    case FilterAnswer::unreadable:
+bool matches(const fs::path& filter, const std::string& bundle) {
+    const auto file = readPropertyListFile(filter);
+    const auto* dictionary = file.value ? file.value->as<Dictionary>() : nullptr;
+    if (!dictionary)
         throw CannotInject(filter.string() +
                            ": no property list; a loader's filter (Filter, Bundles) would do");
-    case FilterAnswer::matchesNot:
-        return false;
-    case FilterAnswer::matches:
-        break;
-    }
+    const auto* conditions = dictionary->find("Filter");
+    const auto* named = conditions ? conditions->as<Dictionary>() : nullptr;
+    const auto* bundles = named ? named->find("Bundles") : nullptr;
+    const auto* list = bundles ? bundles->as<Array>() : nullptr;
+    return !list || std::find(list->begin(), list->end(), PropertyList(bundle)) != list->end();
+}
+
+void inject(const fs::path& library) {
     libraryFile = library;
     void* const loaded = dlopen(library.c_str(), RTLD_NOW);
     if (!loaded)
         throw CannotInject(std::string(dlerror()) + "; a build of Noctara.so would do");
     instance = static_cast<NoctaraThread**>(dlsym(loaded, "NoctaraInstance"));
-    return true;
 }
 
 bool contains(const void* address) {
@@ -65,7 +70,7 @@ bool contains(const void* address) {
     Dl_info found;
     std::error_code ignored;
     if (libraryFile.empty() || dladdr(address, &found) == 0 ||
-        !std::filesystem::equivalent(found.dli_fname, libraryFile, ignored))
+        !fs::equivalent(found.dli_fname, libraryFile, ignored))
         return false;
     findCode(found.dli_fbase);
     return true;

@@ -17,11 +17,13 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// What the method-hooking loader does when a process starts: reads the filter, and loads the
-/// library if the filter lets it into a process of this bundle identifier. The result says whether
-/// it did. Throws CannotInject.
-bool inject(const std::filesystem::path& library, const std::filesystem::path& filter,
-            const std::string& bundle);
+/// Whether the loader's filter file (a property list: "Filter", in it "Bundles", an array of bundle
+/// identifiers) lets a library into a process of this bundle. A filter that names no bundles lets
+/// it into every process. Throws CannotInject.
+bool matches(const std::filesystem::path& filter, const std::string& bundle);
+
+/// Loads the library. Throws CannotInject.
+void inject(const std::filesystem::path& library);
 
 /// Whether code at this address is the library's.
 bool contains(const void* address);

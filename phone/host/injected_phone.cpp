@@ -39,17 +39,26 @@ const StandInServices& InjectedPhone::enter() {
 }
 
 void InjectedPhone::leave() {
+    catchUp();
     --depth;
     mutex.unlock();
 }
 
 void InjectedPhone::performOutside(const std::function<void()>& work) {
-    const int entered = depth;
-    for (int i = 0; i < entered; ++i)
-        leave();
+    struct Outside {
+        explicit Outside(InjectedPhone& left) : phone(left), entered(left.depth) {
+            for (int i = 0; i < entered; ++i)
+                phone.leave();
+        }
+        ~Outside() {
+            for (int i = 0; i < entered; ++i)
+                phone.enter();
+        }
+        InjectedPhone& phone;
+        const int entered;
+    };
+    const Outside outside(*this);
     work();
-    for (int i = 0; i < entered; ++i)
-        enter();
 }
 
 void InjectedPhone::performOnMainRunLoop(const std::function<void()>& work) {

@@ -39,11 +39,14 @@ public:
     virtual void monitorLooksAtClock() {}
     virtual void monitorSleeps(unsigned seconds) = 0;
 
-    /// Plays the scenario, from SpringBoard's launch to the end. Main thread. Throws MonitorSpins.
+    /// Plays the scenario to the end, once SpringBoard has launched. Main thread. Throws
+    /// MonitorSpins, if it is the phone that moves the clock. The process is then to end without
+    /// delay.
     virtual void playToTheEnd() = 0;
 
 protected:
-    /// The model's clock is to show the present. Called by whoever enters the phone.
+    /// The model's clock is to show the present, and the process's clock what the model's has been
+    /// set to. Called by whoever enters or leaves the phone.
     virtual void catchUp() {}
 
     /// Does `work` with the phone left, for others to enter it. Main thread.

@@ -14,9 +14,13 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <iostream>
 #include <unistd.h>
+
+extern "C" [[gnu::weak]] void __lsan_do_leak_check();
 
 namespace {
 
@@ -50,12 +54,12 @@ public:
             folder = *named;
             return;
         }
-        // In memory where this machine has a place for such files: the monitor has the list of
-        // wake-ups written anew in every cycle.
+        // In memory where this machine has a place for such files, unless it is told another: the
+        // monitor has the list of wake-ups written anew in every cycle.
         const fs::path memory = "/dev/shm";
-        const bool hasMemory = access(memory.c_str(), W_OK) == 0;
-        std::string made =
-            ((hasMemory ? memory : fs::temp_directory_path()) / "springboard-XXXXXX").string();
+        const bool hasMemory = !std::getenv("TMPDIR") && access(memory.c_str(), W_OK) == 0;
+        const fs::path place = hasMemory ? memory : fs::temp_directory_path();
+        std::string made = (place / "springboard-XXXXXX").string();
         if (!mkdtemp(made.data()))
             throw BadInput(made + ": cannot be made; a TMPDIR with room would do");
         folder = made;
@@ -94,6 +98,16 @@ void startWithConfiguration(char** arguments) {
         return;
     setenv(variable, configuration.c_str(), 1);
     execv(executable.c_str(), arguments);
+    std::cerr << "SpringBoard: cannot start itself again: " << std::strerror(errno) << '\n';
+    std::exit(foundWrong);
+}
+
+/// Nobody tidies up: the monitor thread is still there. A sanitizer that looks for leaks at the end
+/// of a process looks now.
+[[noreturn]] void endProcess(int exitCode) {
+    if (__lsan_do_leak_check)
+        __lsan_do_leak_check();
+    _exit(exitCode);
 }
 
 int play(const Options& options) {
@@ -102,16 +116,20 @@ int play(const Options& options) {
     if (options.trace)
         trace.emplace(*options.trace, options.scenario ? std::vector<fs::path>{*options.scenario}
                                                        : std::vector<fs::path>{});
+    const fs::path filter =
+        options.filter.value_or(fs::path(options.library).replace_extension(".plist"));
+    const bool matches = injectedLibrary::matches(filter, scenario.phone.bundle);
     const Root root(options.root);
     setUpFoundation(scenario.timezone.c_str());
     watchFoundation();
 
     InjectedPhone& phone = makePhone(options, scenario, root.folder);
+    takeInTheTime();
     NightReport report(phone, std::cout, options.log, trace ? &*trace : nullptr);
     springBoard::begin();
-    const fs::path filter =
-        options.filter.value_or(fs::path(options.library).replace_extension(".plist"));
-    if (!injectedLibrary::inject(options.library, filter, scenario.phone.bundle))
+    if (matches)
+        injectedLibrary::inject(options.library);
+    else
         report.story.tellOfInertness(scenario.phone.bundle);
 
     if (options.capabilities) {
@@ -193,7 +211,7 @@ int main(int count, char** arguments) {
     try {
         const int exitCode = play(options);
         if (std::cout.flush())
-            return exitCode;
+            endProcess(exitCode);
         std::cerr << "SpringBoard: the output could not be written whole\n";
     } catch (const BadInput& error) {
         std::cerr << "SpringBoard: " << error.what() << '\n';
@@ -204,5 +222,5 @@ int main(int count, char** arguments) {
     } catch (const std::exception& error) {
         std::cerr << "SpringBoard: " << error.what() << '\n';
     }
-    return foundWrong;
+    endProcess(foundWrong);
 }

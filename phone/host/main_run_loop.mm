@@ -30,7 +30,7 @@ void runOnce(double longestWait) {
 
 void wake() {
     @autoreleasepool {
-        HostWork* nothing = [[[HostWork alloc] init] autorelease];
+        static HostWork* const nothing = [[HostWork alloc] init];
         [nothing performSelectorOnMainThread:@selector(perform) withObject:nil waitUntilDone:NO];
     }
 }

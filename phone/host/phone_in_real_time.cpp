@@ -47,6 +47,7 @@ Date PhoneInRealTime::wallClock() const {
 
 void PhoneInRealTime::catchUp() {
     clock.elapsedClock = std::max(clock.elapsedClock, present());
+    wallOffset = clock.wallOffset;
 }
 
 void PhoneInRealTime::monitorSleeps(unsigned seconds) {
@@ -63,21 +64,18 @@ void PhoneInRealTime::monitorSleeps(unsigned seconds) {
 
 void PhoneInRealTime::playToTheEnd() {
     for (;;) {
-        double wait = 0;
-        {
-            const OnPhone inside(*this);
-            advance(std::min(present(), end));
-            wallOffset = clock.wallOffset;
-            phoneMayHaveWokenUp.notify_all();
-            if (clock.elapsedClock >= end)
-                break;
-            wait = std::min(nextDue(), end) - present();
+        enter();
+        advance(std::min(present(), end));
+        phoneMayHaveWokenUp.notify_all();
+        if (clock.elapsedClock >= end) {
+            // Nobody else is to enter any more.
+            files.writeSystemFiles();
+            return;
         }
+        const double wait = std::min(nextDue(), end) - present();
+        leave();
         mainRunLoop::runOnce(std::clamp(wait / speed, 0.0, longestWait));
     }
-    // Nobody enters any more: the process is about to end.
-    enter();
-    files.writeSystemFiles();
 }
 
 } // namespace noctara

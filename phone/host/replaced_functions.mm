@@ -110,7 +110,8 @@ static void* openOnPhone(const char* path, int mode, OpenLibrary* open) {
     const auto file = std::filesystem::read_symlink("/proc/self/exe").parent_path() / "system" /
                       std::filesystem::path(path).relative_path();
     void* const handle = open(file.c_str(), mode);
-    openLibraries[handle] = library;
+    if (handle)
+        openLibraries[handle] = library;
     return handle;
 }
 
@@ -141,8 +142,11 @@ void* findForTheProcess(void* library, const char* name) {
 
 REPLACED int dlclose(void* library) noexcept {
     static auto* const real = hidden<int(void*) noexcept>("dlclose");
-    if (injectedPhone && CALLED_BY_THE_LIBRARY)
-        OnPhone(*injectedPhone)->device.close(openLibraries[library]);
+    if (injectedPhone && CALLED_BY_THE_LIBRARY) {
+        const OnPhone phone(*injectedPhone);
+        phone->device.close(openLibraries[library]);
+        openLibraries.erase(library);
+    }
     return real(library);
 }
 

@@ -51,8 +51,9 @@ private:
     std::map<Object*, Thing*> things;
 };
 
-static Objects<SBApplication, noctara::Application> applications;
-static Objects<SBIcon, noctara::Icon> icons;
+// They live as long as the process does.
+static auto& applications = *new Objects<SBApplication, noctara::Application>;
+static auto& icons = *new Objects<SBIcon, noctara::Icon>;
 
 @implementation SpringBoard
 

@@ -11,4 +11,8 @@ void watchFoundation();
 /// zone. Main thread.
 void setUpFoundation(const char* timeZone);
 
+/// Has Foundation notice that the process's clock has become the phone's, without its complaining
+/// of it on standard error.
+void takeInTheTime();
+
 } // namespace noctara

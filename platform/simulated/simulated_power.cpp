@@ -1,7 +1,6 @@
 #include "platform/simulated/simulated_power.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 
 namespace noctara {
@@ -11,11 +10,6 @@ namespace {
 constexpr double askAgainAfter = 10;
 constexpr double never = std::numeric_limits<double>::infinity();
 constexpr PowerConnection rootDomain = 0x1003;
-
-/// The list of wake-ups is kept in a file that knows no fractions of seconds.
-Date wholeSecond(Date date) {
-    return {std::floor(date.secondsSince1970)};
-}
 
 } // namespace
 
@@ -60,14 +54,13 @@ void SimulatedPower::cancelPowerChange(PowerConnection connection, std::intptr_t
 
 void SimulatedPower::schedule(Date date, const std::string& identifier) {
     recorder.call("CPScheduleWakeAtDateWithIdentifier", {date.secondsSince1970, identifier});
-    wakes.push_back({identifier, wholeSecond(date)});
+    wakes.push_back({identifier, date});
 }
 
 void SimulatedPower::cancel(Date date, const std::string& identifier) {
     recorder.call("CPCancelWakeAtDateWithIdentifier", {date.secondsSince1970, identifier});
-    std::erase_if(wakes, [&](const auto& wake) {
-        return wake.at == wholeSecond(date) && wake.scheduledBy == identifier;
-    });
+    std::erase_if(
+        wakes, [&](const auto& wake) { return wake.at == date && wake.scheduledBy == identifier; });
 }
 
 ObjectRef SimulatedPower::sharedController(ClassRef controllerClass) {

@@ -120,7 +120,7 @@ private:
 } // namespace
 
 Applications& springBoardApplications() {
-    static SpringBoardApplications applications;
+    static auto& applications = *new SpringBoardApplications;
     return applications;
 }
 

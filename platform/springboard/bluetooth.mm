@@ -22,7 +22,7 @@ public:
 } // namespace
 
 BluetoothManager& springBoardBluetooth() {
-    static SpringBoardBluetooth bluetooth;
+    static auto& bluetooth = *new SpringBoardBluetooth;
     return bluetooth;
 }
 

@@ -40,7 +40,7 @@ public:
 } // namespace
 
 Calendar& springBoardCalendar() {
-    static SpringBoardCalendar calendar;
+    static auto& calendar = *new SpringBoardCalendar;
     return calendar;
 }
 

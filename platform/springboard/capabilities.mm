@@ -71,12 +71,12 @@ public:
 } // namespace
 
 DynamicLibraries& springBoardLibraries() {
-    static SpringBoardLibraries libraries;
+    static auto& libraries = *new SpringBoardLibraries;
     return libraries;
 }
 
 CapabilityFunctions& springBoardCapabilities() {
-    static SpringBoardCapabilities capabilities;
+    static auto& capabilities = *new SpringBoardCapabilities;
     return capabilities;
 }
 

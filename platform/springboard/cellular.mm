@@ -24,15 +24,23 @@ CFStringRef constantOf(DataRate rate) {
 class SpringBoardCellular final : public CellularRadio {
 public:
     bool dataPlanIsEnabled() override { return CTCellularDataPlanGetIsEnabled(); }
-    bool registrationDataIsEnabled() override { return CTRegistrationGetCellularDataIsEnabled(); }
+
+    bool registrationDataIsEnabled() override {
+        @autoreleasepool {
+            return CTRegistrationGetCellularDataIsEnabled();
+        }
+    }
+
     void setDataPlanIsEnabled(bool enabled) override { CTCellularDataPlanSetIsEnabled(enabled); }
 
     DataRate currentMaxAllowedDataRate() override {
-        const CFStringRef current = CTRegistrationGetCurrentMaxAllowedDataRate();
-        for (const DataRate rate : knownRates)
-            if (constantOf(rate) == current)
-                return rate;
-        return kCTRegistrationDataRateUnknown;
+        @autoreleasepool {
+            const CFStringRef current = CTRegistrationGetCurrentMaxAllowedDataRate();
+            for (const DataRate rate : knownRates)
+                if (constantOf(rate) == current)
+                    return rate;
+            return kCTRegistrationDataRateUnknown;
+        }
     }
 
     bool setMaxAllowedDataRate(DataRate rate) override {
@@ -46,8 +54,8 @@ public:
     void releaseConnection(ServerConnectionRef connection) override { CFRelease(connection); }
 
     std::vector<DataRate> supportedDataRates() override {
-        const CFTypeRef supported = CTRegistrationCopySupportedDataRates();
         std::vector<DataRate> rates;
+        const CFTypeRef supported = CTRegistrationCopySupportedDataRates();
         for (const DataRate rate : knownRates)
             if ([(id)supported containsObject:(id)constantOf(rate)])
                 rates.push_back(rate);
@@ -60,7 +68,7 @@ public:
 } // namespace
 
 CellularRadio& springBoardCellular() {
-    static SpringBoardCellular cellular;
+    static auto& cellular = *new SpringBoardCellular;
     return cellular;
 }
 

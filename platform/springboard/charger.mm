@@ -23,7 +23,7 @@ public:
 } // namespace
 
 Charger& springBoardCharger() {
-    static SpringBoardCharger charger;
+    static auto& charger = *new SpringBoardCharger;
     return charger;
 }
 

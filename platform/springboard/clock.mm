@@ -27,7 +27,7 @@ public:
 } // namespace
 
 Clock& springBoardClock() {
-    static SpringBoardClock clock;
+    static auto& clock = *new SpringBoardClock;
     return clock;
 }
 

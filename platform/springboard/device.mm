@@ -31,7 +31,7 @@ public:
 } // namespace
 
 Device& springBoardDevice() {
-    static SpringBoardDevice device;
+    static auto& device = *new SpringBoardDevice;
     return device;
 }
 

@@ -39,7 +39,12 @@ public:
                                                         errorDescription:&error];
             if (value && !error)
                 return {valueOf(value), {}};
-            return {{}, error ? textOf([error description]) : "(null)"};
+            const std::string reason = error ? textOf([error description]) : "(null)";
+#ifdef __APPLE__
+            // There, whoever asked for the description has to release it.
+            [error release];
+#endif
+            return {{}, reason};
         }
     }
 };
@@ -47,7 +52,7 @@ public:
 } // namespace
 
 Files& springBoardFiles() {
-    static SpringBoardFiles files;
+    static auto& files = *new SpringBoardFiles;
     return files;
 }
 

@@ -30,7 +30,7 @@ public:
 } // namespace
 
 HostProcess& springBoardProcess() {
-    static SpringBoardProcess process;
+    static auto& process = *new SpringBoardProcess;
     return process;
 }
 

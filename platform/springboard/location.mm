@@ -19,7 +19,7 @@ public:
 } // namespace
 
 LocationManager& springBoardLocation() {
-    static SpringBoardLocation location;
+    static auto& location = *new SpringBoardLocation;
     return location;
 }
 

@@ -23,7 +23,9 @@ public:
     }
 
     void setAccelerometerUpdateInterval(double seconds) override {
-        [manager setAccelerometerUpdateInterval:seconds];
+        @autoreleasepool {
+            [manager setAccelerometerUpdateInterval:seconds];
+        }
     }
 
     std::optional<Acceleration> deviceMotion() override {
@@ -60,7 +62,7 @@ public:
 } // namespace
 
 Motion& springBoardMotion() {
-    static SpringBoardMotion motion;
+    static auto& motion = *new SpringBoardMotion;
     return motion;
 }
 

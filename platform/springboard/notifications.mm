@@ -36,7 +36,7 @@ public:
 } // namespace
 
 Notifications& springBoardNotifications() {
-    static SpringBoardNotifications notifications;
+    static auto& notifications = *new SpringBoardNotifications;
     return notifications;
 }
 

@@ -28,7 +28,7 @@ public:
 } // namespace
 
 Preferences& springBoardPreferences() {
-    static SpringBoardPreferences preferences;
+    static auto& preferences = *new SpringBoardPreferences;
     return preferences;
 }
 

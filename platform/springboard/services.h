@@ -1,8 +1,10 @@
 /// The services of the real phone: behind each function stands the adapter of the interface that it
 /// hands out, in the file that is named after that interface.
 ///
-/// The adapters are compiled without automatic reference counting. Each call has an autorelease
-/// pool of its own, since the monitor thread's pool lasts as long as the thread.
+/// The adapters are compiled without automatic reference counting. What the monitor thread calls
+/// has an autorelease pool of its own each time, since the thread's pool lasts as long as the
+/// thread; the main thread has its run loop's. Nothing here is ever destroyed: the monitor thread
+/// runs until the process is gone.
 #pragma once
 
 #include "platform/platform.h"

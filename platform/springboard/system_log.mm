@@ -19,7 +19,7 @@ public:
 } // namespace
 
 SystemLog& springBoardLog() {
-    static SpringBoardLog log;
+    static auto& log = *new SpringBoardLog;
     return log;
 }
 

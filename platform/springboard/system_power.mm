@@ -41,7 +41,7 @@ public:
 } // namespace
 
 SystemPower& springBoardPower() {
-    static SpringBoardPower power;
+    static auto& power = *new SpringBoardPower;
     return power;
 }
 

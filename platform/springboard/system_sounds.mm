@@ -30,7 +30,7 @@ public:
 } // namespace
 
 SystemSounds& springBoardSounds() {
-    static SpringBoardSounds sounds;
+    static auto& sounds = *new SpringBoardSounds;
     return sounds;
 }
 

@@ -10,29 +10,60 @@ namespace {
 class SpringBoardTelephony final : public Telephony, private TelephonyManager {
 public:
     TelephonyManager* sharedTelephonyManager(ClassRef managerClass) override {
-        manager = [static_cast<Class>(managerClass) sharedTelephonyManager];
+        @autoreleasepool {
+            manager = [static_cast<Class>(managerClass) sharedTelephonyManager];
+        }
         return manager ? this : nullptr;
     }
 
 private:
-    bool isInAirplaneMode() override { return [manager isInAirplaneMode]; }
+    bool isInAirplaneMode() override {
+        @autoreleasepool {
+            return [manager isInAirplaneMode];
+        }
+    }
+
     void setIsInAirplaneMode(bool airplane) override { [manager setIsInAirplaneMode:airplane]; }
     void updateAirplaneMode() override { [manager updateAirplaneMode]; }
 
-    bool inCall() override { return [manager inCall]; }
-    bool outgoingCallExists() override { return [manager outgoingCallExists]; }
-    bool incomingCallExists() override { return [manager incomingCallExists]; }
-    bool activeCallExists() override { return [manager activeCallExists]; }
+    bool inCall() override {
+        @autoreleasepool {
+            return [manager inCall];
+        }
+    }
 
-    bool isNetworkTethering() override { return [manager isNetworkTethering]; }
+    bool outgoingCallExists() override {
+        @autoreleasepool {
+            return [manager outgoingCallExists];
+        }
+    }
 
+    bool incomingCallExists() override {
+        @autoreleasepool {
+            return [manager incomingCallExists];
+        }
+    }
+
+    bool activeCallExists() override {
+        @autoreleasepool {
+            return [manager activeCallExists];
+        }
+    }
+
+    bool isNetworkTethering() override {
+        @autoreleasepool {
+            return [manager isNetworkTethering];
+        }
+    }
+
+    /// SpringBoard has one, for good. The main thread uses it only while the monitor thread waits.
     SBTelephonyManager* manager = nil;
 };
 
 } // namespace
 
 Telephony& springBoardTelephony() {
-    static SpringBoardTelephony telephony;
+    static auto& telephony = *new SpringBoardTelephony;
     return telephony;
 }
 

@@ -75,6 +75,7 @@ public:
 
     void performOnMainThread(const char* selectorName, const std::function<void()>& work) override {
         @autoreleasepool {
+            // Under the monitor's own name for it, as a crash report of the phone's would show it.
             const SEL selector = sel_registerName(selectorName);
             class_addMethod([NoctaraMainThreadWork class], selector, reinterpret_cast<IMP>(doWork),
                             "v@:");
@@ -88,7 +89,7 @@ public:
 } // namespace
 
 Threads& springBoardThreads() {
-    static SpringBoardThreads threads;
+    static auto& threads = *new SpringBoardThreads;
     return threads;
 }
 

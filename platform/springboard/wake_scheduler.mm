@@ -28,7 +28,7 @@ public:
 } // namespace
 
 WakeScheduler& springBoardWakes() {
-    static SpringBoardWakes wakes;
+    static auto& wakes = *new SpringBoardWakes;
     return wakes;
 }
 

@@ -35,7 +35,7 @@ private:
 } // namespace
 
 WiFi& springBoardWiFi() {
-    static SpringBoardWiFi wifi;
+    static auto& wifi = *new SpringBoardWiFi;
     return wifi;
 }
 

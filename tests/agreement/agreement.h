@@ -15,7 +15,7 @@ namespace noctara {
 /// `PROGRAM... SCENARIO --trace FILE`, and exits with 0, or with 1 when it found the night wrong.
 struct Players {
     std::vector<std::string> simulated{NOCTARA_COMMAND, "night"};
-    std::vector<std::string> injected{NOCTARA_SPRINGBOARD};
+    std::vector<std::string> injected{NOCTARA_SPRINGBOARD, "--filter", NOCTARA_OPEN_FILTER};
 };
 
 struct Agreement {
