@@ -40,8 +40,8 @@ public:
     virtual void monitorSleeps(unsigned seconds) = 0;
 
     /// Plays the scenario to the end, once SpringBoard has launched. Main thread. Throws
-    /// MonitorSpins, if it is the phone that moves the clock. The process is then to end without
-    /// delay.
+    /// Interrupted, and MonitorSpins if it is the phone that moves the clock. The process is then
+    /// to end without delay.
     virtual void playToTheEnd() = 0;
 
 protected:

@@ -2,6 +2,7 @@
 /// would, and plays a night to it. Exit codes: 0 fine, 1 the run found something wrong, 2 bad
 /// input.
 #include "phone/host/injected_library.h"
+#include "phone/host/interruption.h"
 #include "phone/host/phone_in_real_time.h"
 #include "phone/host/phone_on_virtual_clock.h"
 #include "phone/host/springboard.h"
@@ -119,12 +120,15 @@ int play(const Options& options) {
     const fs::path filter =
         options.filter.value_or(fs::path(options.library).replace_extension(".plist"));
     const bool matches = injectedLibrary::matches(filter, scenario.phone.bundle);
+    watchForInterruption();
     const Root root(options.root);
+    if (options.realTime)
+        std::cout << std::unitbuf;
     setUpFoundation(scenario.timezone.c_str());
     watchFoundation();
 
     InjectedPhone& phone = makePhone(options, scenario, root.folder);
-    takeInTheTime();
+    adoptThePhonesClock();
     NightReport report(phone, std::cout, options.log, trace ? &*trace : nullptr);
     springBoard::begin();
     if (matches)
@@ -144,6 +148,8 @@ int play(const Options& options) {
         phone.playToTheEnd();
     } catch (const MonitorSpins& spins) {
         endedEarly = spins.what();
+    } catch (const Interrupted& interrupted) {
+        endedEarly = interrupted.what();
     }
     const int exitCode = report.finish(endedEarly);
     if (options.usage)

@@ -1,5 +1,6 @@
 #include "phone/host/phone_in_real_time.h"
 
+#include "phone/host/interruption.h"
 #include "phone/host/main_run_loop.h"
 
 #include <algorithm>
@@ -72,6 +73,7 @@ void PhoneInRealTime::playToTheEnd() {
             files.writeSystemFiles();
             return;
         }
+        endIfInterrupted();
         const double wait = std::min(nextDue(), end) - present();
         leave();
         mainRunLoop::runOnce(std::clamp(wait / speed, 0.0, longestWait));

@@ -1,5 +1,6 @@
 #include "phone/host/phone_on_virtual_clock.h"
 
+#include "phone/host/interruption.h"
 #include "phone/host/main_run_loop.h"
 
 namespace noctara {
@@ -76,8 +77,10 @@ void PhoneOnVirtualClock::playToTheEnd() {
     // From here on the phone is left only for the monitor, and for what is delivered to it.
     const OnPhone inside(*this);
     advance(clock.elapsedClock);
-    while (monitorThread == Thread::waiting && moveToWakeUp())
+    while (monitorThread == Thread::waiting && moveToWakeUp()) {
+        endIfInterrupted();
         performOutside([this] { letMonitorRun(); });
+    }
     advance(end);
     files.writeSystemFiles();
 }

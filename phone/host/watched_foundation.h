@@ -13,6 +13,6 @@ void setUpFoundation(const char* timeZone);
 
 /// Has Foundation notice that the process's clock has become the phone's, without its complaining
 /// of it on standard error.
-void takeInTheTime();
+void adoptThePhonesClock();
 
 } // namespace noctara

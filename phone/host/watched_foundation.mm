@@ -230,7 +230,7 @@ void setUpFoundation(const char* timeZone) {
     }
 }
 
-void takeInTheTime() {
+void adoptThePhonesClock() {
     const int standardError = dup(STDERR_FILENO);
     const int nowhere = open("/dev/null", O_WRONLY);
     dup2(nowhere, STDERR_FILENO);

@@ -167,6 +167,21 @@ TEST_F(AStandInPhone, leaves_no_files_behind) {
     EXPECT_FALSE(fs::exists(file("home")));
 }
 
+TEST_F(AStandInPhone, that_is_interrupted_ends_its_night_in_order) {
+    fs::create_directory(file("temporary"));
+    for (const std::string signal : {"INT", "TERM", "HUP"}) {
+        const Played night =
+            springBoard("--real-time --speed 60 --trace " + file("trace.jsonl"),
+                        "TMPDIR='" + file("temporary") +
+                            "' timeout --preserve-status --signal=" + signal + " 1.5");
+        EXPECT_EQ(night.exitCode, 1) << signal;
+        EXPECT_THAT(night.output, HasSubstr("Summary of"));
+        EXPECT_THAT(night.output, HasSubstr("the night ended early: it was interrupted."));
+        EXPECT_THAT(run("tail -c 2 '" + file("trace.jsonl") + "'").output, "}\n");
+        EXPECT_TRUE(fs::is_empty(file("temporary")));
+    }
+}
+
 } // namespace
 
 } // namespace noctara
