@@ -58,8 +58,7 @@ CTServerConnectionRef _CTServerConnectionCreate(CFAllocatorRef allocator,
 
 // GraphicsServices. A copied value is to be released by the caller.
 
-/// On older systems. Weak, for newer ones to load the library without it.
-[[gnu::weak]] int GSSystemHasCapability(CFStringRef name);
+int GSSystemHasCapability(CFStringRef name);
 CFTypeRef GSSystemCopyCapability(CFStringRef name);
 
 } // extern "C"
