@@ -114,8 +114,9 @@ static BOOL writeDictionary(id self, SEL selector, NSString* path, BOOL atomical
     const bool written =
         phone->files.disk == noctara::DiskState::ok && writeAsXML(self, placeOf(path), atomically);
     const Dictionary content = noctara::dictionaryOf(self);
-    return phone->recorder.answer("writeToFile:atomically:", {noctara::textOf(path), &content},
-                                  written);
+    // The simulated phone has no other way to write: one that can lose the file is another call.
+    return phone->recorder.answer(atomically ? "writeToFile:atomically:" : "writeToFile:",
+                                  {noctara::textOf(path), &content}, written);
 }
 
 /// What the thread has read last, to be parsed next.
