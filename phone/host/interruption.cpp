@@ -11,11 +11,11 @@ volatile std::sig_atomic_t interrupted = 0;
 } // namespace
 
 void watchForInterruption() {
-    struct sigaction once = {};
-    once.sa_handler = [](int) { interrupted = 1; };
-    once.sa_flags = static_cast<int>(SA_RESETHAND) | SA_RESTART;
+    struct sigaction note = {};
+    note.sa_handler = [](int) { interrupted = 1; };
+    note.sa_flags = SA_RESTART;
     for (const int signal : {SIGINT, SIGTERM, SIGHUP})
-        sigaction(signal, &once, nullptr);
+        sigaction(signal, &note, nullptr);
 }
 
 void endIfInterrupted() {

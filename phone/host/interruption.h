@@ -11,7 +11,7 @@ public:
     Interrupted() : std::runtime_error("it was interrupted") {}
 };
 
-/// The second interruption ends the process at once, as do all without this.
+/// From here on an interruption is noted. More of them change nothing: some senders send two.
 void watchForInterruption();
 
 /// Throws Interrupted once there was one.

@@ -89,8 +89,9 @@ struct Play {
         command.insert(command.end(), {scenario.string(), "--trace", trace.string()});
     }
 
-    /// Empty when the program exits as one that has played does.
-    std::string playAndComplain() const {
+    /// Empty when the program exits as one that has played does: with 0, or with 1 when it found
+    /// something wrong with the night.
+    std::string playAndComplain() {
         // What an earlier play left must not be taken for this one's.
         fs::remove(trace);
         std::vector<std::string> limited{"timeout", "--foreground", "--kill-after=10", mostSeconds};
@@ -98,7 +99,7 @@ struct Play {
         const int status = run(limited, output);
         if (WIFSIGNALED(status))
             return complaint("was ended by signal " + std::to_string(WTERMSIG(status)));
-        const int code = WEXITSTATUS(status);
+        code = WEXITSTATUS(status);
         if (code == 124)
             return complaint("did not end within " + mostSeconds + " seconds");
         if (code > 1)
@@ -113,6 +114,8 @@ struct Play {
         return readTrace(lines, trace.filename().string(), comparedOrder);
     }
 
+    int exitCode() const { return code; }
+
     std::string commandLine() const {
         std::string line;
         for (const auto& word : command)
@@ -124,15 +127,20 @@ private:
     std::string complaint(const std::string& end) const {
         return "the " + player + " play " + end + "; it printed:\n" + contents(output) + '\n';
     }
+
+    int code = 0;
 };
 
 } // namespace
 
 Agreement playBoth(const fs::path& scenario, const Players& players) {
-    const Play simulated("simulated", players.simulated, scenario);
-    const Play injected("injected", players.injected, scenario);
+    Play simulated("simulated", players.simulated, scenario);
+    Play injected("injected", players.injected, scenario);
     Agreement agreement;
     std::string wrong = simulated.playAndComplain() + injected.playAndComplain();
+    if (wrong.empty() && simulated.exitCode() != injected.exitCode())
+        wrong = "one of the plays found something wrong with the night, the other did not:\n" +
+                contents((simulated.exitCode() == 0 ? injected : simulated).output) + '\n';
     try {
         const Trace expected = simulated.read();
         agreement.lines = expected.lines;

@@ -102,8 +102,10 @@ TEST_F(AnotherProgramInItsPlace, agrees_when_it_does_the_same) {
     EXPECT_EQ(whatIsWrong(playsToo), "they agree");
 }
 
-TEST_F(AnotherProgramInItsPlace, may_find_the_night_wrong) {
-    EXPECT_EQ(whatIsWrong(playsToo + "exit 1\n"), "they agree");
+TEST_F(AnotherProgramInItsPlace, is_caught_when_it_alone_finds_something_wrong) {
+    EXPECT_THAT(whatIsWrong(playsToo + "echo 'a radio is off'\nexit 1\n"),
+                testing::AllOf(HasSubstr("one of the plays found something wrong"),
+                               HasSubstr("a radio is off")));
 }
 
 TEST_F(AnotherProgramInItsPlace, is_caught_when_one_argument_differs) {
