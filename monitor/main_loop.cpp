@@ -7,9 +7,9 @@ namespace noctara {
 
 namespace {
 
-const std::string airplaneModeSound =
+constexpr const char* airplaneModeSound =
     "/Library/Application Support/Noctara/Noctara-airplanemode.mp3";
-const std::string offSound = "/Library/Application Support/Noctara/Noctara-off.mp3";
+constexpr const char* offSound = "/Library/Application Support/Noctara/Noctara-off.mp3";
 
 constexpr std::int32_t shortestScanInterval = 5;
 constexpr std::int32_t countdownInterval = 1;

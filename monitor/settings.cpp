@@ -5,14 +5,15 @@
 #include "platform/files.h"
 
 #include <array>
+#include <string_view>
 
 namespace noctara {
 
 namespace {
 
-const std::string settingsPath =
+constexpr const char* settingsPath =
     "/private/var/mobile/Library/Preferences/com.quorbit.Noctara.plist";
-const std::string applicationPrefix = "launch-app-";
+constexpr std::string_view applicationPrefix = "launch-app-";
 
 constexpr std::uint32_t secondsPerScanInterval = 5;
 
@@ -79,7 +80,7 @@ void NoctaraThread::reloadPreferences() {
         return;
     }
 
-    debugLog("Noctara Chargement du fichier de pref : %s", settingsPath.c_str());
+    debugLog("Noctara Chargement du fichier de pref : %s", settingsPath);
     const auto file = platform.files.readDictionary(settingsPath);
     if (_DEBUG_)
         debugLog("Noctara Chargement du fichier de pref dans le dictionnaire : %s",
@@ -125,13 +126,13 @@ void NoctaraThread::takeOverSettings(const Dictionary* file) {
 }
 
 void NoctaraThread::createSettingsFile() {
-    debugLog("Noctara The file %s does not exists", settingsPath.c_str());
+    debugLog("Noctara The file %s does not exists", settingsPath);
     if (platform.files.writeDictionary(settingsPath, settingsOfNewFile()) && !recurseSafety) {
         recurseSafety = true;
-        log("Noctara file %s created", settingsPath.c_str());
+        log("Noctara file %s created", settingsPath);
         reloadPreferences();
     } else {
-        log("Noctara file %s COULD NOT be created", settingsPath.c_str());
+        log("Noctara file %s COULD NOT be created", settingsPath);
     }
     recurseSafety = false;
 }

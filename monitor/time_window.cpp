@@ -10,9 +10,11 @@ namespace noctara {
 
 namespace {
 
-const std::string wakeListPath =
-    "/private/var/preferences/SystemConfiguration/com.apple.AutoWake.plist";
-const std::string wakeIdentifier = "com.quorbit.Noctara";
+// Made once, as they are used in every cycle; never destroyed, as the monitor thread runs until the
+// process is gone.
+const std::string& wakeListPath =
+    *new std::string("/private/var/preferences/SystemConfiguration/com.apple.AutoWake.plist");
+const std::string& wakeIdentifier = *new std::string("com.quorbit.Noctara");
 
 constexpr double wakeDistance = 900.0;
 

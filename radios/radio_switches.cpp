@@ -13,7 +13,7 @@ namespace noctara {
 
 namespace {
 
-const std::string pushPath =
+constexpr const char* pushPath =
     "/private/var/mobile/Library/Preferences/com.apple.persistentconnection-mcc.plist";
 
 constexpr const char* refreshToggles = "com.sbsettings.refreshalltoggles";

@@ -136,6 +136,12 @@ TEST(TheLibrary, sends_the_phone_these_messages) {
         EXPECT_NE(bytes.find('\0' + selector + '\0'), bytes.npos) << selector;
 }
 
+TEST(TheLibrary, has_nothing_to_destroy_at_the_end_of_the_process) {
+    // The monitor thread may be in the midst of something then.
+    EXPECT_THAT(run("nm -D --undefined-only '" NOCTARA_LIBRARY "'").output,
+                testing::Not(HasSubstr("atexit")));
+}
+
 TEST(TheLibrary, starts_nothing_in_a_process_that_is_not_SpringBoard) {
     const TemporaryFolder home;
     const std::string inHome = "cd '" + home.path.string() + "' && HOME=$PWD ";
