@@ -39,10 +39,10 @@ public:
     virtual void monitorLooksAtClock() {}
     virtual void monitorSleeps(unsigned seconds) = 0;
 
-    /// Plays the scenario to the end, once SpringBoard has launched. Main thread. Throws
-    /// Interrupted, and MonitorSpins if it is the phone that moves the clock. The process is then
-    /// to end without delay.
-    virtual void playToTheEnd() = 0;
+    /// Plays the scenario to the end, once SpringBoard has launched. Main thread. False when it was
+    /// interrupted. Throws MonitorSpins, if it is the phone that moves the clock. The process is
+    /// then to end without delay.
+    virtual bool playToTheEnd() = 0;
 
 protected:
     /// The model's clock is to show the present, and the process's clock what the model's has been

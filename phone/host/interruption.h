@@ -2,19 +2,12 @@
 /// and with nothing left behind.
 #pragma once
 
-#include <stdexcept>
-
 namespace noctara {
-
-class Interrupted : public std::runtime_error {
-public:
-    Interrupted() : std::runtime_error("it was interrupted") {}
-};
 
 /// From here on an interruption is noted. More of them change nothing: some senders send two.
 void watchForInterruption();
 
-/// Throws Interrupted once there was one.
-void endIfInterrupted();
+/// Whether there was one.
+bool interrupted();
 
 } // namespace noctara

@@ -145,11 +145,10 @@ int play(const Options& options) {
     std::optional<std::string> endedEarly;
     try {
         springBoard::didFinishLaunching();
-        phone.playToTheEnd();
+        if (!phone.playToTheEnd())
+            endedEarly = "it was interrupted";
     } catch (const MonitorSpins& spins) {
         endedEarly = spins.what();
-    } catch (const Interrupted& interrupted) {
-        endedEarly = interrupted.what();
     }
     const int exitCode = report.finish(endedEarly);
     if (options.usage)

@@ -63,17 +63,17 @@ void PhoneInRealTime::monitorSleeps(unsigned seconds) {
     phoneMayHaveWokenUp.wait(lock, [this] { return !power.isAsleep(); });
 }
 
-void PhoneInRealTime::playToTheEnd() {
+bool PhoneInRealTime::playToTheEnd() {
     for (;;) {
         enter();
         advance(std::min(present(), end));
         phoneMayHaveWokenUp.notify_all();
-        if (clock.elapsedClock >= end) {
+        const bool hasEnded = clock.elapsedClock >= end;
+        if (hasEnded || interrupted()) {
             // Nobody else is to enter any more.
             files.writeSystemFiles();
-            return;
+            return hasEnded;
         }
-        endIfInterrupted();
         const double wait = std::min(nextDue(), end) - present();
         leave();
         mainRunLoop::runOnce(std::clamp(wait / speed, 0.0, longestWait));

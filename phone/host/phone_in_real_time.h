@@ -16,7 +16,7 @@ public:
 
     Date wallClock() const override;
     void monitorSleeps(unsigned seconds) override;
-    void playToTheEnd() override;
+    bool playToTheEnd() override;
 
 private:
     void catchUp() override;

@@ -73,16 +73,17 @@ bool PhoneOnVirtualClock::moveToWakeUp() {
     return true;
 }
 
-void PhoneOnVirtualClock::playToTheEnd() {
+bool PhoneOnVirtualClock::playToTheEnd() {
     // From here on the phone is left only for the monitor, and for what is delivered to it.
     const OnPhone inside(*this);
     advance(clock.elapsedClock);
-    while (monitorThread == Thread::waiting && moveToWakeUp()) {
-        endIfInterrupted();
+    while (!interrupted() && monitorThread == Thread::waiting && moveToWakeUp())
         performOutside([this] { letMonitorRun(); });
-    }
-    advance(end);
+    const bool ends = !interrupted();
+    if (ends)
+        advance(end);
     files.writeSystemFiles();
+    return ends;
 }
 
 } // namespace noctara

@@ -20,7 +20,7 @@ public:
     void monitorEnds() override;
     void monitorLooksAtClock() override;
     void monitorSleeps(unsigned seconds) override;
-    void playToTheEnd() override;
+    bool playToTheEnd() override;
 
 private:
     /// Where the monitor thread is.

@@ -1,12 +1,11 @@
 /// The man page and the completion of the command, against what its help lists.
+#include "tests/programs.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
 #include <fstream>
 #include <map>
-#include <memory>
 #include <regex>
 #include <set>
 #include <string>
@@ -19,12 +18,7 @@ using testing::IsSupersetOf;
 using Words = std::set<std::string>;
 
 std::string outputOf(const std::string& command) {
-    const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
-    std::string output;
-    std::array<char, 4096> chunk;
-    while (const auto size = std::fread(chunk.data(), 1, chunk.size(), pipe.get()))
-        output.append(chunk.data(), size);
-    return output;
+    return noctara::run(command).output;
 }
 
 std::string noctara(const std::string& arguments) {

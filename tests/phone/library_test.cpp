@@ -1,6 +1,6 @@
 /// What the library shows to the process that it is loaded into, and what it does to one that is
 /// not SpringBoard.
-#include "tests/phone/programs.h"
+#include "tests/programs.h"
 #include "tests/temporary_folder.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,7 @@
 /// The stand-in phone as its user meets it: the loader, the two ways of time, and what happens when
 /// the process ends in the middle of a night.
-#include "tests/phone/programs.h"
+#include "platform/simulated/property_list_file.h"
+#include "tests/programs.h"
 #include "tests/temporary_folder.h"
 
 #include <gmock/gmock.h>
@@ -180,6 +181,18 @@ TEST_F(AStandInPhone, that_is_interrupted_ends_its_night_in_order) {
         EXPECT_THAT(run("tail -c 2 '" + file("trace.jsonl") + "'").output, "}\n");
         EXPECT_TRUE(fs::is_empty(file("temporary")));
     }
+}
+
+TEST_F(AStandInPhone, that_is_interrupted_leaves_the_files_of_its_last_moment) {
+    // In the sleep state, from 22:33 on.
+    const std::string night = write("night.toml", shortNight);
+    const Played interrupted =
+        springBoard(night + " --real-time --speed 100 --root " + file("phone"),
+                    "timeout --preserve-status --signal=INT 3.6");
+    EXPECT_THAT(interrupted.output, HasSubstr("it was interrupted"));
+    const auto radios = readPropertyListFile(
+        file("phone/private/var/preferences/SystemConfiguration/com.apple.radios.plist"));
+    EXPECT_EQ(*radios.value, PropertyList(Dictionary{{"AirplaneMode", true}}));
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 /// The library on two real threads that run at once, with the main thread throwing everything at
 /// the monitor that it can. Meant for the sanitizers, which watch the whole process.
-#include "tests/phone/programs.h"
+#include "tests/programs.h"
 #include "tests/temporary_folder.h"
 
 #include <fmt/format.h>

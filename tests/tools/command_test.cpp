@@ -1,37 +1,27 @@
 /// The command as a user meets it: exit codes, one line for what is wrong, help worth reading.
+#include "tests/programs.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <string>
-#include <sys/wait.h>
 
 namespace {
+
+using noctara::Played;
 
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-struct Outcome {
-    int exitCode;
-    std::string output; ///< Standard output and standard error.
-};
-
-Outcome run(const std::string& arguments, const std::string& redirections = "2>&1") {
-    const std::string command = "'" NOCTARA_COMMAND "' " + arguments + ' ' + redirections;
-    FILE* const pipe = popen(command.c_str(), "r");
-    std::string output;
-    std::array<char, 4096> chunk;
-    while (const auto size = std::fread(chunk.data(), 1, chunk.size(), pipe))
-        output.append(chunk.data(), size);
-    return {WEXITSTATUS(pclose(pipe)), output};
+Played run(const std::string& arguments, const std::string& redirections = "2>&1") {
+    return noctara::run("'" NOCTARA_COMMAND "' " + arguments + ' ' + redirections);
 }
 
 /// A refusal is exit code 2 and one line that begins with the command's name.
 std::string refusalOf(const std::string& arguments) {
-    const Outcome outcome = run(arguments);
+    const Played outcome = run(arguments);
     EXPECT_EQ(outcome.exitCode, 2) << arguments;
     EXPECT_EQ(std::count(outcome.output.begin(), outcome.output.end(), '\n'), 1) << outcome.output;
     EXPECT_THAT(outcome.output, StartsWith("noctara: "));
@@ -39,13 +29,13 @@ std::string refusalOf(const std::string& arguments) {
 }
 
 TEST(TheCommand, plays_the_typical_night_and_exits_with_0) {
-    const Outcome outcome = run("night");
+    const Played outcome = run("night");
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_THAT(outcome.output, HasSubstr("The phone is in the sleep state."));
 }
 
 TEST(TheCommand, exits_with_1_when_waking_left_a_radio_off) {
-    const Outcome outcome = run("night scenarios/held-during-a-call.toml");
+    const Played outcome = run("night scenarios/held-during-a-call.toml");
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_THAT(outcome.output,
                 EndsWith("Something is wrong: waking at 06:50:05 left the data rate "
@@ -53,7 +43,7 @@ TEST(TheCommand, exits_with_1_when_waking_left_a_radio_off) {
 }
 
 TEST(TheCommand, explains_itself) {
-    const Outcome outcome = run("night --help");
+    const Played outcome = run("night --help");
     EXPECT_EQ(outcome.exitCode, 0);
     for (const char* option : {"--log", "--trace FILE", "--settings FILE", "--root FOLDER",
                                "--motion RECORDING", "--motion-at TIME", "--start TIME",
@@ -91,14 +81,14 @@ TEST(TheCommand, names_files_that_are_not_there) {
 
 TEST(TheCommand, exits_with_1_when_its_output_cannot_be_written) {
     for (const char* command : {"night", "capabilities"}) {
-        const Outcome outcome = run(command, "2>&1 1>/dev/full");
+        const Played outcome = run(command, "2>&1 1>/dev/full");
         EXPECT_EQ(outcome.exitCode, 1) << command;
         EXPECT_THAT(outcome.output, HasSubstr("could not be written whole"));
     }
 }
 
 TEST(TheCommand, reports_the_capabilities_of_the_scenarios_phone) {
-    const Outcome outcome = run("capabilities");
+    const Played outcome = run("capabilities");
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_THAT(outcome.output, StartsWith("Device: iPhone 4S\n720p: No\n"));
     EXPECT_THAT(outcome.output, HasSubstr("\nwifi: Yes\n"));
