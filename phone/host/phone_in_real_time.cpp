@@ -66,9 +66,11 @@ void PhoneInRealTime::monitorSleeps(unsigned seconds) {
 bool PhoneInRealTime::playToTheEnd() {
     for (;;) {
         enter();
-        advance(std::min(present(), end));
+        const double now = std::min(present(), end);
+        advance(now);
         phoneMayHaveWokenUp.notify_all();
-        const bool hasEnded = clock.elapsedClock >= end;
+        // The clock may have passed the end meanwhile, with something still to come before it.
+        const bool hasEnded = now >= end;
         if (hasEnded || interrupted()) {
             // Nobody else is to enter any more.
             files.writeSystemFiles();

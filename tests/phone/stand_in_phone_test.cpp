@@ -4,6 +4,7 @@
 #include "tests/programs.h"
 #include "tests/temporary_folder.h"
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -85,6 +86,20 @@ TEST_F(AStandInPhone, does_the_same_in_real_time_as_on_the_virtual_clock) {
         springBoard(night + " --real-time --speed 100 --trace " + file("real.jsonl")).exitCode, 0);
     EXPECT_THAT(deeds(file("virtual.jsonl")), testing::SizeIs(8));
     EXPECT_EQ(deeds(file("real.jsonl")), deeds(file("virtual.jsonl")));
+}
+
+TEST_F(AStandInPhone, leaves_nothing_out_when_its_clock_is_too_fast_for_it) {
+    std::string changes = "start = 2014-03-01T22:30:00\nhours = 0.16695\n";
+    for (int second = 0; second < 600; ++second)
+        changes += fmt::format("[[event]]\nat = 2014-03-01T22:{}:{:02}\n"
+                               "settings = {{ Sensitivity = {} }}\n",
+                               30 + second / 60, second % 60, second % 9);
+    for (const char* speed : {"4000", "8000"}) {
+        springBoard(write("changes.toml", changes) + " --real-time --trace " + file("trace.jsonl") +
+                    " --speed " + speed);
+        EXPECT_EQ(run("grep -c '\"event\":' '" + file("trace.jsonl") + "'").output, "600\n")
+            << speed;
+    }
 }
 
 TEST_F(AStandInPhone, does_the_same_where_the_clock_of_the_machine_is_fast) {
