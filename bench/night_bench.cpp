@@ -1,7 +1,7 @@
 /// What a night costs, and its parts, with the files in memory and nobody watching. The monitor has
 /// a thread of its own that takes turns with the main one, so real time is what counts.
 #include "monitor/noctara_thread.h"
-#include "platform/simulated/simulated_phone.h"
+#include "phones/simulated/simulated_phone.h"
 #include "tests/full_settings.h"
 
 #include <benchmark/benchmark.h>

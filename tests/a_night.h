@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/host.h"
-#include "platform/simulated/simulated_phone.h"
+#include "phones/simulated/simulated_phone.h"
 #include "tests/call_log.h"
 #include "tests/full_settings.h"
 

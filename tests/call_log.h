@@ -1,8 +1,8 @@
 /// What a test looks at: every call that the monitor made of the phone, in order, as text.
 #pragma once
 
-#include "platform/simulated/phone_observer.h"
-#include "tools/trace.h"
+#include "night/trace.h"
+#include "phones/model/phone_observer.h"
 
 #include <algorithm>
 #include <nlohmann/json.hpp>

@@ -1,6 +1,6 @@
 #include "tests/agreement/random_events.h"
 
-#include "tools/scenario_times.h"
+#include "night/scenario_times.h"
 
 #include <algorithm>
 #include <array>

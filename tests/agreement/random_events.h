@@ -2,7 +2,7 @@
 /// meanwhile.
 #pragma once
 
-#include "platform/simulated/local_time.h"
+#include "phones/model/local_time.h"
 #include "tests/agreement/random_settings.h"
 
 #include <string>

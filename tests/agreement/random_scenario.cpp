@@ -1,9 +1,9 @@
 #include "tests/agreement/random_scenario.h"
 
+#include "night/scenario_times.h"
 #include "tests/agreement/dice.h"
 #include "tests/agreement/random_events.h"
 #include "tests/agreement/random_settings.h"
-#include "tools/scenario_times.h"
 
 #include <array>
 

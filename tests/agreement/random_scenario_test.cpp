@@ -3,8 +3,8 @@
 #include "tests/agreement/random_scenario.h"
 
 #include "host/host.h"
-#include "platform/simulated/simulated_phone.h"
-#include "tools/scenario_file.h"
+#include "night/scenario_file.h"
+#include "phones/simulated/simulated_phone.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 /// The stage of the settings tests: a monitor and its settings file, in memory or on a disk.
 #pragma once
 
-#include "platform/simulated/file_store.h"
+#include "phones/model/file_store.h"
 #include "tests/a_night.h"
 #include "tests/temporary_folder.h"
 
@@ -32,13 +32,13 @@ protected:
 
     /// The file on the phone as it is now; absent when it is no dictionary.
     std::optional<Dictionary> file() {
-        const auto content = phone().files.content(simulatedSettingsPath);
+        const auto content = phone().files.content(settingsFilePath);
         const auto* dictionary = content.value ? content.value->as<Dictionary>() : nullptr;
         return dictionary ? std::optional(*dictionary) : std::nullopt;
     }
 
     std::filesystem::path placeOnDisk() const {
-        return folder.path / std::filesystem::path(simulatedSettingsPath).relative_path();
+        return folder.path / std::filesystem::path(settingsFilePath).relative_path();
     }
 
     /// The settings screen announces the file as it stands.

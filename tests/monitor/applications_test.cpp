@@ -270,7 +270,7 @@ TEST_F(ListedApplications, rebuilt_by_the_walking_thread_itself_end_the_walk) {
                  p.notifications, p.power,     p.wakes,     p.charger,     p.motion,   p.sounds,
                  application,     p.telephony, p.wifi,      p.bluetooth,   p.location, p.cellular,
                  p.preferences,   p.device,    p.libraries, p.capabilities});
-    phone().files.writeByOthers(simulatedSettingsPath, settings);
+    phone().files.writeByOthers(settingsFilePath, settings);
     own->applicationsToStart = {clockApp, recorderApp};
     application.whenAsked = [this] { own->reloadPreferences(); };
     EXPECT_THROW(own->startStopApplications(true), std::logic_error);

@@ -9,15 +9,15 @@ struct Radio {
     const char* name;
     SharedField<bool> NoctaraThread::*ownSwitch;
     bool Scenario::Radios::*before;
-    bool SimulatedRadios::States::*state;
+    bool RadiosModel::States::*state;
 };
 
 constexpr Radio radios[] = {
-    {"wifi", &NoctaraThread::wifiSwitch, &Scenario::Radios::wifi, &SimulatedRadios::States::wifi},
+    {"wifi", &NoctaraThread::wifiSwitch, &Scenario::Radios::wifi, &RadiosModel::States::wifi},
     {"bluetooth", &NoctaraThread::bluetoothSwitch, &Scenario::Radios::bluetooth,
-     &SimulatedRadios::States::bluetooth},
+     &RadiosModel::States::bluetooth},
     {"location", &NoctaraThread::locationSwitch, &Scenario::Radios::location,
-     &SimulatedRadios::States::location},
+     &RadiosModel::States::location},
 };
 
 class ARadio : public AMonitor, public testing::WithParamInterface<Radio> {

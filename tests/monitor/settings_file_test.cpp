@@ -50,7 +50,7 @@ std::vector<std::string> stepsOf(const CallLog& calls) {
     for (const auto& made : calls.lines) {
         if (made.operation.empty() || made.operation == "NSLog")
             continue;
-        EXPECT_EQ(made.json["args"][0], simulatedSettingsPath);
+        EXPECT_EQ(made.json["args"][0], settingsFilePath);
         const auto& result = made.json["result"];
         steps.push_back(made.operation +
                         (result.is_object() ? " -> dictionary" : " -> " + result.dump()));
@@ -129,7 +129,7 @@ TEST_P(ASettingsFile, not_there_yet_is_reported_while_debug_is_on) {
                         "com.quorbit.Noctara.plist does not exists");
     EXPECT_EQ(lines[2], settingsFileCreated);
     EXPECT_EQ(lines[3], "Noctara Rechargement du fichier de pref !");
-    EXPECT_EQ(lines[4], "Noctara Chargement du fichier de pref : " + simulatedSettingsPath);
+    EXPECT_EQ(lines[4], "Noctara Chargement du fichier de pref : " + settingsFilePath);
 }
 
 TEST_P(ASettingsFile, that_cannot_be_created_leaves_all_as_it_was_until_the_next_load) {
@@ -154,7 +154,7 @@ TEST_P(ASettingsFile, that_cannot_be_created_leaves_all_as_it_was_until_the_next
         EXPECT_TRUE(file());
         EXPECT_TRUE(monitor.enabled);
         EXPECT_THAT(monitor.applicationsToStart, IsEmpty());
-        phone().files.remove(simulatedSettingsPath);
+        phone().files.remove(settingsFilePath);
     }
 }
 
@@ -167,7 +167,7 @@ public:
     void called(const Call& call) override {
         if (call.operation != "writeToFile:atomically:")
             return;
-        phone.files.remove(simulatedSettingsPath);
+        phone.files.remove(settingsFilePath);
         guarded.push_back(monitor.recurseSafety);
     }
     void happens(const Happening&) override {}
@@ -291,7 +291,7 @@ TEST_P(ASettingsFile, that_is_damaged_is_never_overwritten_and_changes_no_settin
 
 TEST_P(ASettingsFile, that_is_damaged_is_described_as_null_while_debug_is_on) {
     auto& monitor = holding(settings);
-    phone().files.damage(simulatedSettingsPath);
+    phone().files.damage(settingsFilePath);
     monitor.reloadPreferences();
     EXPECT_TRUE(
         calls.hasLogged("Noctara Chargement du fichier de pref dans le dictionnaire : (null)"));
@@ -304,7 +304,7 @@ TEST_P(ASettingsFile, that_is_damaged_is_described_as_null_while_debug_is_on) {
 TEST_P(ASettingsFile, takes_one_value_without_touching_the_others) {
     auto& monitor = holding(settings);
     monitor._DEBUG_ = false;
-    monitor.saveValueToFile(simulatedSettingsPath, "Enabled", -12);
+    monitor.saveValueToFile(settingsFilePath, "Enabled", -12);
     EXPECT_THAT(stepsOf(calls), ElementsAre("initWithContentsOfFile: -> dictionary",
                                             "writeToFile:atomically: -> true"));
     EXPECT_THAT(calls.logged(), ElementsAre(settingsFileCreated));

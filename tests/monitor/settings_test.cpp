@@ -125,7 +125,7 @@ protected:
 
 TEST_F(Settings, are_read_in_one_go_and_a_complete_file_is_not_written) {
     holding(settings).reloadPreferences();
-    const std::string path = '"' + simulatedSettingsPath + '"';
+    const std::string path = '"' + settingsFilePath + '"';
     EXPECT_THAT(calls.calls(),
                 ElementsAre("fileExistsAtPath: [" + path + "] -> true",
                             StartsWith("initWithContentsOfFile: [" + path + "] -> {")));
@@ -284,7 +284,7 @@ protected:
         std::vector<CallLog::Line> found;
         for (const auto& made : calls.lines)
             if (made.operation == "initWithContentsOfFile:" &&
-                made.json["args"][0] == simulatedSettingsPath)
+                made.json["args"][0] == settingsFilePath)
                 found.push_back(made);
         return found;
     }
@@ -297,7 +297,7 @@ TEST_F(SettingsDuringANight, are_read_at_the_start_and_when_announced_and_never_
     ASSERT_EQ(reads().size(), 1U);
     EXPECT_EQ(reads()[0].thread, "monitor");
 
-    phone().files.writeByOthers(simulatedSettingsPath, {{"Enabled", false}});
+    phone().files.writeByOthers(settingsFilePath, {{"Enabled", false}});
     playFor(3600);
     EXPECT_EQ(reads().size(), 1U);
 

@@ -49,7 +49,7 @@ protected:
             *state = on;
     }
 
-    SimulatedRadios::States radios() { return phone().radios.states(); }
+    RadiosModel::States radios() { return phone().radios.states(); }
 
     /// What was asked of the radios, and announced.
     std::vector<std::string> questions() const {

@@ -1,7 +1,7 @@
 /// What the phone's package brings, against what the monitor reads and plays: neither drifts away
 /// from the other.
 #include "monitor/posture.h"
-#include "platform/simulated/property_list_file.h"
+#include "phones/model/property_list_file.h"
 #include "tests/monitor/a_settings_file.h"
 
 #include <algorithm>
@@ -129,7 +129,7 @@ TEST_F(TheSettingsPage, has_every_setting_of_a_new_file_once_with_its_default) {
 TEST_F(TheSettingsPage, writes_the_file_that_the_monitor_reads_and_announces_it_as_it_listens) {
     switchOn();
     launch();
-    const std::filesystem::path settingsFile = simulatedSettingsPath;
+    const std::filesystem::path settingsFile = settingsFilePath;
     for (const auto& specifier : controls()) {
         EXPECT_EQ(textIn(specifier, "defaults"), settingsFile.stem());
         EXPECT_THAT(calls.of({"notify_register_dispatch"}),

@@ -42,7 +42,7 @@ protected:
         return *own;
     }
 
-    SimulatedRadios::States states() { return phone().radios.states(); }
+    RadiosModel::States states() { return phone().radios.states(); }
 
     /// The calls since the last look at them.
     Calls newCalls() {

@@ -1,0 +1,30 @@
+/// `noctara night`: plays a scenario and tells its story.
+#pragma once
+
+#include "night/scenario_file.h"
+#include "recording/recording.h"
+
+#include <filesystem>
+#include <optional>
+#include <ostream>
+#include <string>
+
+namespace noctara {
+
+struct NightOptions {
+    std::optional<std::filesystem::path> scenario; ///< Absent: the built-in typical night.
+    ScenarioOverrides overrides;
+    bool log = false;
+    std::optional<std::filesystem::path> trace;
+    std::optional<std::filesystem::path> settings;
+    std::optional<std::filesystem::path> root;
+    std::optional<std::filesystem::path> motion;
+    std::optional<std::string> motionAt; ///< Local date and time, or a time; absent: the start.
+    RecordingOptions recording;
+};
+
+/// Plays the night. The result is the command's exit code: 0, or 1 when the run found something
+/// wrong. Throws BadInput, with nothing written, when an input cannot be used.
+int playNight(const NightOptions& options, std::ostream& out, std::ostream& complaints);
+
+} // namespace noctara

@@ -1,0 +1,61 @@
+#include "night/night_files.h"
+
+#include "input/bad_input.h"
+
+#include <cstdlib>
+#include <fmt/format.h>
+#include <unistd.h>
+
+namespace noctara {
+
+namespace fs = std::filesystem;
+
+TraceFile::TraceFile(const fs::path& place, const std::vector<fs::path>& inputs) : file(place) {
+    std::error_code ignored;
+    for (const auto& input : inputs)
+        if (fs::equivalent(file, input, ignored))
+            throw BadInput(fmt::format(
+                "--trace: {} is an input of this night; another file would do", file.string()));
+    existed = fs::exists(file, ignored);
+    lines.open(file, std::ios::app);
+    if (!lines)
+        throw BadInput(fmt::format("--trace: {} cannot be written; a file in a folder that exists "
+                                   "would do",
+                                   inQuotes(file.string())));
+}
+
+TraceFile::~TraceFile() {
+    std::error_code ignored;
+    if (!begun && !existed)
+        fs::remove(file, ignored);
+}
+
+std::ostream& TraceFile::begin() {
+    begun = true;
+    lines.close();
+    lines.open(file, std::ios::trunc);
+    return lines;
+}
+
+bool TraceFile::finish() {
+    lines.close();
+    return !lines.fail();
+}
+
+void prepareRoot(const fs::path& root) {
+    std::error_code error;
+    if (!root.empty())
+        fs::create_directories(root, error);
+    std::string probe = (root / ".noctara-XXXXXX").string();
+    const int descriptor =
+        root.empty() || !fs::is_directory(root, error) ? -1 : mkstemp(probe.data());
+    if (descriptor < 0)
+        throw BadInput(
+            fmt::format("--root: {} is no folder that can be written; the path of one, or "
+                        "of one to be made, would do",
+                        inQuotes(root.string())));
+    close(descriptor);
+    fs::remove(probe, error);
+}
+
+} // namespace noctara

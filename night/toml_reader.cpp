@@ -1,0 +1,307 @@
+/// TOML read strictly.
+#include "night/toml_reader.h"
+
+#include "input/bad_input.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <tuple>
+#include <utility>
+
+namespace noctara {
+
+namespace {
+
+std::string onOneLine(std::string_view text) {
+    std::string line(text);
+    std::replace_if(
+        line.begin(), line.end(),
+        [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; }, ' ');
+    return line;
+}
+
+char lowerCase(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+/// How many characters have to be put in, taken out or replaced to make one word the other.
+std::size_t editDistance(std::string_view from, std::string_view to) {
+    std::vector<std::size_t> row(to.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 0; i < from.size(); ++i) {
+        std::size_t diagonal = std::exchange(row[0], i + 1);
+        for (std::size_t j = 0; j < to.size(); ++j) {
+            const bool same = lowerCase(from[i]) == lowerCase(to[j]);
+            const std::size_t replaced = diagonal + (same ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
+        }
+    }
+    return row.back();
+}
+
+/// What to write instead of `given`: the choice that was probably meant, if any, and all of them.
+std::string advice(std::string_view given, const Choices& choices) {
+    constexpr std::size_t longestWord = 40;
+    std::string_view nearest;
+    std::size_t least = 3;
+    if (given.size() <= longestWord) {
+        for (const auto choice : choices) {
+            const std::size_t distance = editDistance(given, choice);
+            if (distance < least && distance < choice.size()) {
+                least = distance;
+                nearest = choice;
+            }
+        }
+    }
+    std::string text = nearest.empty() ? "" : "did you mean " + inQuotes(nearest) + "? ";
+    return text + listed(choices);
+}
+
+std::string describeType(const toml::node& node) {
+    switch (node.type()) {
+    case toml::node_type::string:
+        return "a string";
+    case toml::node_type::integer:
+        return "an integer";
+    case toml::node_type::floating_point:
+        return "a real number";
+    case toml::node_type::boolean:
+        return "a boolean";
+    case toml::node_type::date:
+        return "a date without a time";
+    case toml::node_type::time:
+        return "a time without a date";
+    case toml::node_type::date_time:
+        return node.as_date_time()->get().offset ? "a date-time with an offset"
+                                                 : "a local date-time";
+    case toml::node_type::array:
+        return "an array";
+    case toml::node_type::table:
+        return "a table";
+    case toml::node_type::none:
+        break;
+    }
+    return "nothing";
+}
+
+auto position(const toml::source_region& region) {
+    return std::tuple(region.begin.line, region.begin.column);
+}
+
+/// The parser recurses once per part of a dotted key, without a limit of its own.
+void refuseEndlessKeys(std::string_view text, const std::string& file) {
+    constexpr int mostDots = 200;
+    std::size_t line = 1;
+    std::size_t lineBegin = 0;
+    int dots = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\n') {
+            ++line;
+            lineBegin = i + 1;
+            dots = 0;
+        } else if (text[i] == '.' && ++dots > mostDots) {
+            throw BadInput(file + ":" + std::to_string(line) + ":" +
+                           std::to_string(i - lineBegin + 1) +
+                           ": too many dots in one line; at most " + std::to_string(mostDots) +
+                           " are accepted");
+        }
+    }
+}
+
+} // namespace
+
+std::string listed(const Choices& choices) {
+    std::string text = "accepted:";
+    for (const auto choice : choices)
+        text.append(choice == choices.front() ? " " : ", ").append(choice);
+    return text;
+}
+
+TomlValue::TomlValue(std::string name, const toml::node& node,
+                     std::shared_ptr<const std::string> file) :
+    valueName(std::move(name)), tomlNode(&node), fileName(std::move(file)) {}
+
+std::string TomlValue::place() const {
+    return placeOf(tomlNode->source());
+}
+
+std::string TomlValue::placeOf(const toml::source_region& region) const {
+    return *fileName + ":" + std::to_string(region.begin.line) + ":" +
+           std::to_string(region.begin.column);
+}
+
+void TomlValue::refuse(const std::string& wrong, const std::string& accepted) const {
+    throw BadInput(place() + ": " + wrong + "; " + accepted);
+}
+
+void TomlValue::refuseType(const std::string& accepted) const {
+    refuse(valueName + " is " + describeType(*tomlNode), accepted);
+}
+
+TomlValue TomlValue::sibling(std::string name, const toml::node& node) const {
+    return {std::move(name), node, fileName};
+}
+
+bool TomlValue::boolean() const {
+    if (!tomlNode->is_boolean())
+        refuseType("write true or false");
+    return tomlNode->as_boolean()->get();
+}
+
+bool TomlValue::onlyTrue() const {
+    if (!tomlNode->is_boolean())
+        refuseType("write true");
+    if (!tomlNode->as_boolean()->get())
+        refuse(valueName + " is false", "write true, or leave it out");
+    return true;
+}
+
+std::string TomlValue::text() const {
+    if (!tomlNode->is_string())
+        refuseType("write a string");
+    return tomlNode->as_string()->get();
+}
+
+std::string TomlValue::nonEmptyText() const {
+    std::string text = this->text();
+    if (text.empty())
+        refuse(valueName + " is empty", "write at least one character");
+    return text;
+}
+
+std::string TomlValue::oneOf(const Choices& choices) const {
+    if (!tomlNode->is_string())
+        refuseType(listed(choices));
+    const std::string text = tomlNode->as_string()->get();
+    if (std::find(choices.begin(), choices.end(), text) == choices.end())
+        refuse(valueName + " is " + inQuotes(text), advice(text, choices));
+    return text;
+}
+
+std::int64_t TomlValue::integer(std::int64_t least, std::int64_t greatest) const {
+    const std::string accepted =
+        "write an integer from " + std::to_string(least) + " to " + std::to_string(greatest);
+    if (!tomlNode->is_integer())
+        refuseType(accepted);
+    const std::int64_t number = tomlNode->as_integer()->get();
+    if (number < least || number > greatest)
+        refuse(valueName + " is " + std::to_string(number), accepted);
+    return number;
+}
+
+double TomlValue::real() const {
+    if (!tomlNode->is_number())
+        refuseType("write a number");
+    const double number = tomlNode->is_integer()
+                              ? static_cast<double>(tomlNode->as_integer()->get())
+                              : tomlNode->as_floating_point()->get();
+    if (!std::isfinite(number))
+        refuse(valueName + " is not finite", "write a number");
+    return number;
+}
+
+std::vector<TomlValue> TomlValue::elements(const std::string& accepted) const {
+    if (!tomlNode->is_array())
+        refuseType(accepted);
+    std::vector<TomlValue> elements;
+    for (const toml::node& element : *tomlNode->as_array())
+        elements.push_back(sibling("an element of " + valueName, element));
+    return elements;
+}
+
+std::vector<std::string> TomlValue::texts() const {
+    std::vector<std::string> texts;
+    for (const TomlValue& element : elements("write an array of strings"))
+        texts.push_back(element.text());
+    return texts;
+}
+
+std::vector<TomlValue> TomlValue::entries(const std::string& accepted) const {
+    if (!tomlNode->is_table())
+        refuseType(accepted);
+    const toml::table& table = *tomlNode->as_table();
+    std::vector<const toml::key*> keys;
+    for (const auto& entry : table)
+        keys.push_back(&entry.first);
+    std::sort(keys.begin(), keys.end(), [](const toml::key* left, const toml::key* right) {
+        return position(left->source()) < position(right->source());
+    });
+    std::vector<TomlValue> entries;
+    for (const toml::key* key : keys)
+        entries.push_back(sibling(std::string(key->str()), *table.get(key->str())));
+    return entries;
+}
+
+TomlTable::TomlTable(TomlValue value, const Choices& keys) : tableValue(std::move(value)) {
+    if (!tableValue.node().is_table())
+        tableValue.refuseType("write a table");
+    const toml::key* unknown = nullptr;
+    for (const auto& [key, node] : *tableValue.node().as_table()) {
+        const bool known = std::find(keys.begin(), keys.end(), key.str()) != keys.end();
+        if (!known && (!unknown || position(key.source()) < position(unknown->source())))
+            unknown = &key;
+    }
+    if (unknown)
+        throw BadInput(tableValue.placeOf(unknown->source()) + ": unknown key " +
+                       inQuotes(unknown->str()) + " in " + tableValue.name() + "; " +
+                       advice(unknown->str(), keys));
+}
+
+std::optional<TomlValue> TomlTable::find(std::string_view key) const {
+    const toml::node* node = tableValue.node().as_table()->get(key);
+    if (!node)
+        return std::nullopt;
+    return tableValue.sibling(std::string(key), *node);
+}
+
+TomlValue TomlTable::require(std::string_view key) const {
+    auto found = find(key);
+    if (!found)
+        tableValue.refuse(tableValue.name() + " has no " + std::string(key),
+                          "give it one, " + std::string(key) + " is required");
+    return *found;
+}
+
+std::vector<TomlValue> TomlTable::tables(std::string_view key) const {
+    const auto found = find(key);
+    if (!found)
+        return {};
+    const std::string header = "[[" + std::string(key) + "]]";
+    std::vector<TomlValue> tables;
+    for (const TomlValue& element : found->elements("write a table " + header + " for each"))
+        tables.push_back(element.sibling(header, element.node()));
+    return tables;
+}
+
+void TomlTable::read(std::string_view key, bool& target) const {
+    if (const auto found = find(key))
+        target = found->boolean();
+}
+
+void TomlTable::readNonEmpty(std::string_view key, std::string& target) const {
+    if (const auto found = find(key))
+        target = found->nonEmptyText();
+}
+
+void TomlTable::readOneOf(std::string_view key, const Choices& choices, std::string& target) const {
+    if (const auto found = find(key))
+        target = found->oneOf(choices);
+}
+
+toml::table parseToml(std::string_view text, const std::string& file) {
+    refuseEndlessKeys(text, file);
+    try {
+        return toml::parse(text);
+    } catch (const toml::parse_error& error) {
+        const auto [line, column] = position(error.source());
+        std::string what = onOneLine(error.description());
+        if (what.find("parsing time") != what.npos || what.find("parsing date") != what.npos)
+            what += "; write times as 22:30:00 and local date-times as 2014-03-01T22:30:00";
+        throw BadInput(file + ":" + std::to_string(line) + ":" + std::to_string(column) + ": " +
+                       what);
+    }
+}
+
+} // namespace noctara

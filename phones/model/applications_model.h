@@ -1,0 +1,72 @@
+/// The installed applications of the simulated phone, and its home screen.
+#pragma once
+
+#include "phones/model/recorder.h"
+#include "phones/model/scenario.h"
+#include "platform/applications.h"
+
+#include <deque>
+
+namespace noctara {
+
+class ApplicationsModel final : public Applications,
+                                public ApplicationController,
+                                public IconModel {
+public:
+    ApplicationsModel(const Scenario& scenario, const Recorder& calls);
+
+    ApplicationController* sharedController(ClassRef controllerClass) override;
+    IconModel* sharedIconModel(ClassRef modelClass) override;
+    bool respondsToFrontMostApplication() override { return hasFrontMostQuery; }
+    Application* frontMostApplication() override;
+
+    void allApplications(const std::function<void(Application&)>& visit) override;
+    Application* springBoard() override { return hasHomeScreenObject ? &homeScreen : nullptr; }
+
+    bool respondsToLeafIconForIdentifier() override { return hasLeafIcons; }
+    Icon* leafIconForIdentifier(const std::string& identifier) override;
+    Icon* iconForDisplayIdentifier(const std::string& identifier) override;
+
+    /// Installs one more application; a walk over the list that is under way then throws.
+    void install(const Scenario::Application& application);
+
+    bool isRunning(const std::string& identifier) const;
+
+    /// The identifier of the application in front; empty on the home screen.
+    std::string front() const;
+
+    // What systems of other ages respond to.
+    bool hasFrontMostQuery = true;
+    bool hasHomeScreenObject = true;
+    bool hasLeafIcons = true;
+
+private:
+    class Installed final : public Application, public Icon {
+    public:
+        Installed(ApplicationsModel& onPhone, const Scenario::Application& application);
+
+        std::string displayIdentifier() override { return identifier; }
+        std::string displayName() override { return name; }
+        bool hasProcess() override;
+        void activate() override;
+        void resumeToQuit() override;
+        void kill() override;
+        void launch() override;
+
+        ApplicationsModel& owner;
+        std::string identifier;
+        std::string name;
+        bool running;
+        bool hasIcon;
+    };
+
+    Icon* findIcon(std::string_view operation, const std::string& identifier);
+
+    const Recorder& recorder;
+    std::deque<Installed> installed;
+    Installed homeScreen;
+    Installed* inFront = nullptr;
+    unsigned changes = 0;
+};
+
+} // namespace noctara

@@ -1,0 +1,77 @@
+#include "phones/model/files_model.h"
+
+#include <utility>
+
+namespace noctara {
+
+FilesModel::FilesModel(std::unique_ptr<FileStore> files, const Recorder& calls) :
+    store(std::move(files)), recorder(calls) {}
+
+bool FilesModel::exists(const std::string& path) {
+    return recorder.answer("fileExistsAtPath:", {path}, isThere(path));
+}
+
+std::optional<Dictionary> FilesModel::readDictionary(const std::string& path) {
+    auto file = content(path);
+    auto* dictionary = file.value ? file.value->as<Dictionary>() : nullptr;
+    recorder.answered("initWithContentsOfFile:", {path},
+                      dictionary ? CallValue(dictionary) : CallValue());
+    return dictionary ? std::optional(std::move(*dictionary)) : std::nullopt;
+}
+
+bool FilesModel::writeDictionary(const std::string& path, const Dictionary& dictionary) {
+    return recorder.answer("writeToFile:atomically:", {path, &dictionary},
+                           writeByOthers(path, dictionary));
+}
+
+ParsedPropertyList FilesModel::parse(const std::string& path) {
+    auto file = content(path);
+    recorder.answered("propertyListFromData:", {path},
+                      file.value ? CallValue(&*file.value) : CallValue());
+    return file;
+}
+
+void FilesModel::keepUpToDate(const std::string& path, std::function<void(Dictionary&)> update) {
+    systemFiles[resolvedPath(path)] = std::move(update);
+}
+
+void FilesModel::bringUpToDate(const std::string& path) {
+    if (!systemFiles.contains(resolvedPath(path)))
+        return;
+    const auto file = content(path);
+    const auto* dictionary = file.value ? file.value->as<Dictionary>() : nullptr;
+    if (dictionary && disk != DiskState::ok)
+        store->write(resolvedPath(path), *dictionary);
+}
+
+void FilesModel::writeSystemFiles() {
+    for (const auto& [path, update] : systemFiles)
+        content(path);
+}
+
+ParsedPropertyList FilesModel::content(const std::string& pathAsNamed) {
+    const std::string path = resolvedPath(pathAsNamed);
+    const auto systemFile = systemFiles.find(path);
+    if (systemFile == systemFiles.end())
+        return store->read(path);
+
+    auto stored = store->exists(path) ? store->read(path) : ParsedPropertyList{Dictionary(), {}};
+    auto* dictionary = stored.value ? stored.value->as<Dictionary>() : nullptr;
+    if (!dictionary)
+        return stored;
+    systemFile->second(*dictionary);
+    if (store->isShared() && disk == DiskState::ok)
+        store->write(path, *dictionary);
+    return stored;
+}
+
+bool FilesModel::writeByOthers(const std::string& path, const Dictionary& dictionary) {
+    return disk == DiskState::ok && store->write(resolvedPath(path), dictionary);
+}
+
+bool FilesModel::isThere(const std::string& path) const {
+    const std::string resolved = resolvedPath(path);
+    return systemFiles.contains(resolved) || store->exists(resolved);
+}
+
+} // namespace noctara

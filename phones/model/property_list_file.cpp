@@ -1,0 +1,381 @@
+/// Property lists as bytes and as files, by way of libplist.
+#include "phones/model/property_list_file.h"
+
+#include "phones/model/property_list_date.h"
+#include "phones/model/property_list_guard.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <system_error>
+#include <utility>
+#include <variant>
+
+#include <fcntl.h>
+#include <plist/plist.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace noctara {
+
+namespace {
+
+constexpr std::size_t maximumBytes = std::size_t{1} << 20;
+
+/// Dictionary searches its keys one by one.
+constexpr std::uint32_t maximumKeys = 4096;
+
+struct Freeing {
+    void operator()(void* memory) const { std::free(memory); }
+};
+
+struct NodeFreeing {
+    void operator()(void* node) const { plist_free(node); }
+};
+
+/// A libplist node that no other node owns.
+using Node = std::unique_ptr<void, NodeFreeing>;
+
+bool isUtf8(std::string_view text) {
+    for (std::size_t at = 0; at < text.size();) {
+        const auto lead = static_cast<std::uint8_t>(text[at++]);
+        if (lead < 0x80)
+            continue;
+        const int following = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
+        if (lead < 0xC2 || lead > 0xF4)
+            return false;
+        std::uint32_t character = lead & (0x3FU >> following);
+        for (int i = 0; i < following; ++i, ++at) {
+            if (at == text.size() || (static_cast<std::uint8_t>(text[at]) & 0xC0) != 0x80)
+                return false;
+            character = character << 6 | (static_cast<std::uint8_t>(text[at]) & 0x3F);
+        }
+        const std::uint32_t smallest = following == 3 ? 0x10000 : following == 2 ? 0x800 : 0x80;
+        if (character < smallest || character > 0x10FFFF || (character >> 11) == 0x1B)
+            return false;
+    }
+    return true;
+}
+
+std::string checkedText(std::string text) {
+    if (!isUtf8(text))
+        throw UnreadablePropertyList("text that is not UTF-8");
+    return text;
+}
+
+std::string xmlOf(plist_t node) {
+    char* xml = nullptr;
+    std::uint32_t length = 0;
+    plist_to_xml(node, &xml, &length);
+    const std::unique_ptr<char, Freeing> owned(xml);
+    return xml ? std::string(xml, length) : std::string();
+}
+
+Node nodeOfXml(std::string_view xml) {
+    plist_t node = nullptr;
+    plist_from_xml(xml.data(), static_cast<std::uint32_t>(xml.size()), &node);
+    return Node(node);
+}
+
+/// libplist hands dates out in 32 bits, which begin in 1932 and end in 2069, with a fraction that
+/// has lost its sign. Its own XML has the seconds of all dates, rounded towards 2001.
+Date dateOf(plist_t node) {
+    const std::string xml = xmlOf(node);
+    constexpr std::string_view tag = "<date>";
+    const std::size_t begin = xml.find(tag) + tag.size();
+    const auto seconds =
+        secondsOfDateText(std::string_view(xml).substr(begin, xml.find("</date>", begin) - begin));
+    if (!seconds)
+        throw UnreadablePropertyList("a date that is not one");
+    std::int32_t wholeSeconds = 0;
+    std::int32_t microseconds = 0;
+    plist_get_date_val(node, &wholeSeconds, &microseconds);
+    const double fraction = microseconds / 1e6;
+    constexpr std::int64_t startOf2001 = 978307200;
+    return {static_cast<double>(*seconds) + (*seconds < startOf2001 ? -fraction : fraction)};
+}
+
+PropertyList valueOf(plist_t node);
+
+Array arrayOf(plist_t node) {
+    plist_array_iter iterator = nullptr;
+    plist_array_new_iter(node, &iterator);
+    const std::unique_ptr<void, Freeing> owned(iterator);
+    Array array;
+    plist_t item = nullptr;
+    while (plist_array_next_item(node, iterator, &item), item)
+        array.push_back(valueOf(item));
+    return array;
+}
+
+Dictionary dictionaryOf(plist_t node) {
+    if (plist_dict_get_size(node) > maximumKeys)
+        throw UnreadablePropertyList("more than " + std::to_string(maximumKeys) +
+                                     " keys in one dictionary");
+    plist_dict_iter iterator = nullptr;
+    plist_dict_new_iter(node, &iterator);
+    const std::unique_ptr<void, Freeing> owned(iterator);
+    Dictionary dictionary;
+    while (true) {
+        char* key = nullptr;
+        plist_t item = nullptr;
+        plist_dict_next_item(node, iterator, &key, &item);
+        const std::unique_ptr<char, Freeing> ownedKey(key);
+        if (!item || !key)
+            return dictionary;
+        dictionary.set(checkedText(key), valueOf(item));
+    }
+}
+
+PropertyList valueOf(plist_t node) {
+    std::uint64_t length = 0;
+    switch (plist_get_node_type(node)) {
+    case PLIST_BOOLEAN: {
+        std::uint8_t truth = 0;
+        plist_get_bool_val(node, &truth);
+        return truth != 0;
+    }
+    case PLIST_UINT: {
+        std::uint64_t integer = 0;
+        plist_get_uint_val(node, &integer);
+        return static_cast<std::int64_t>(integer);
+    }
+    case PLIST_REAL: {
+        double real = 0;
+        plist_get_real_val(node, &real);
+        return real;
+    }
+    case PLIST_STRING: {
+        const char* text = plist_get_string_ptr(node, &length);
+        return checkedText(std::string(text, length));
+    }
+    case PLIST_DATA: {
+        const char* data = plist_get_data_ptr(node, &length);
+        return Data(data, data + length);
+    }
+    case PLIST_UID: {
+        std::uint64_t uid = 0;
+        plist_get_uid_val(node, &uid);
+        return Dictionary{{"CF$UID", static_cast<std::int64_t>(uid)}};
+    }
+    case PLIST_DATE:
+        return dateOf(node);
+    case PLIST_ARRAY:
+        return arrayOf(node);
+    case PLIST_DICT:
+        return dictionaryOf(node);
+    default:
+        throw UnreadablePropertyList("not a property list");
+    }
+}
+
+Node nodeOf(const PropertyList& value);
+
+Node nodeOf(bool truth) {
+    return Node(plist_new_bool(truth ? 1 : 0));
+}
+
+Node nodeOf(std::int64_t integer) {
+    return Node(plist_new_uint(static_cast<std::uint64_t>(integer)));
+}
+
+Node nodeOf(double real) {
+    return Node(plist_new_real(real));
+}
+
+Node nodeOf(const std::string& text) {
+    return Node(plist_new_string(text.c_str()));
+}
+
+/// By way of text, as libplist takes other dates in 32 bits only.
+Node nodeOf(const Date& date) {
+    // fmax gives the number when the other argument is not one.
+    const double seconds =
+        std::fmin(std::fmax(date.secondsSince1970, double{earliestPropertyListDate}),
+                  double{latestPropertyListDate});
+    return nodeOfXml("<plist><date>" + dateText(static_cast<std::int64_t>(std::floor(seconds))) +
+                     "</date></plist>");
+}
+
+Node nodeOf(const Data& data) {
+    return Node(plist_new_data(reinterpret_cast<const char*>(data.data()), data.size()));
+}
+
+Node nodeOf(const Array& array) {
+    Node node(plist_new_array());
+    for (const PropertyList& item : array)
+        plist_array_append_item(node.get(), nodeOf(item).release());
+    return node;
+}
+
+Node nodeOf(const Dictionary& dictionary) {
+    Node node(plist_new_dict());
+    for (const auto& [key, value] : dictionary)
+        plist_dict_set_item(node.get(), key.c_str(), nodeOf(value).release());
+    return node;
+}
+
+Node nodeOf(const PropertyList& value) {
+    return std::visit([](const auto& content) { return nodeOf(content); }, value.variant());
+}
+
+class FileDescriptor {
+public:
+    explicit FileDescriptor(int openFile) : number(openFile) {}
+    FileDescriptor(const FileDescriptor&) = delete;
+    FileDescriptor& operator=(const FileDescriptor&) = delete;
+    ~FileDescriptor() { close(); }
+
+    int get() const { return number; }
+    bool isOpen() const { return number >= 0; }
+
+    /// False when the system reports a write that failed late.
+    bool close() { return number < 0 || ::close(std::exchange(number, -1)) == 0; }
+
+private:
+    int number;
+};
+
+[[noreturn]] void refuseForSystemError(int error) {
+    throw UnreadablePropertyList(error == ENOENT ? "no such file"
+                                                 : std::generic_category().message(error));
+}
+
+/// At most one byte more than can be parsed.
+std::string bytesOf(const std::filesystem::path& path) {
+    // A named pipe would otherwise wait for its writer.
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    struct stat status {};
+    if (!file.isOpen() || ::fstat(file.get(), &status) != 0)
+        refuseForSystemError(errno);
+    if (S_ISDIR(status.st_mode))
+        throw UnreadablePropertyList("a folder, not a file");
+    if (!S_ISREG(status.st_mode))
+        throw UnreadablePropertyList("not a regular file");
+    std::string bytes(maximumBytes + 1, '\0');
+    std::size_t size = 0;
+    while (size < bytes.size()) {
+        const ssize_t count = ::read(file.get(), bytes.data() + size, bytes.size() - size);
+        if (count == 0)
+            break;
+        if (count > 0)
+            size += static_cast<std::size_t>(count);
+        else if (errno != EINTR)
+            refuseForSystemError(errno);
+    }
+    bytes.resize(size);
+    return bytes;
+}
+
+bool writeAll(int file, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = ::write(file, bytes.data(), bytes.size());
+        if (count >= 0)
+            bytes.remove_prefix(static_cast<std::size_t>(count));
+        else if (errno != EINTR)
+            return false;
+    }
+    return true;
+}
+
+/// A new file that is removed again unless it takes the place of another.
+class TemporaryFile {
+public:
+    explicit TemporaryFile(const std::filesystem::path& folder) : file(create(folder)) {}
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    ~TemporaryFile() {
+        if (exists)
+            ::unlink(path.c_str());
+    }
+
+    bool fill(std::string_view bytes, std::optional<mode_t> mode) {
+        return file.isOpen() && (!mode || ::fchmod(file.get(), *mode) == 0) &&
+               writeAll(file.get(), bytes) && ::fsync(file.get()) == 0 && file.close();
+    }
+
+    bool takePlaceOf(const std::filesystem::path& target) {
+        exists = ::rename(path.c_str(), target.c_str()) != 0;
+        return !exists;
+    }
+
+private:
+    int create(const std::filesystem::path& folder) {
+        static std::atomic<unsigned> serial = 0;
+        do {
+            path = folder /
+                   (".noctara-" + std::to_string(::getpid()) + "-" + std::to_string(serial++));
+            const int created = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+            exists = created >= 0;
+            if (exists)
+                return created;
+        } while (errno == EEXIST);
+        return -1;
+    }
+
+    std::filesystem::path path;
+    bool exists = false;
+    FileDescriptor file;
+};
+
+} // namespace
+
+ParsedPropertyList parsePropertyList(std::string_view bytes) {
+    try {
+        if (bytes.empty())
+            throw UnreadablePropertyList("empty");
+        if (bytes.size() > maximumBytes)
+            throw UnreadablePropertyList("larger than 1 MiB");
+        Node node;
+        if (isBinaryPropertyList(bytes)) {
+            checkBinaryPropertyList(bytes);
+            plist_t parsed = nullptr;
+            plist_from_bin(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &parsed);
+            node.reset(parsed);
+        } else {
+            node = nodeOfXml(checkedXmlPropertyList(bytes));
+        }
+        if (!node)
+            throw UnreadablePropertyList("not a property list");
+        return {valueOf(node.get()), {}};
+    } catch (const UnreadablePropertyList& error) {
+        return {std::nullopt, error.what()};
+    }
+}
+
+ParsedPropertyList readPropertyListFile(const std::filesystem::path& file) {
+    try {
+        return parsePropertyList(bytesOf(file));
+    } catch (const UnreadablePropertyList& error) {
+        return {std::nullopt, error.what()};
+    }
+}
+
+std::string propertyListXml(const PropertyList& value) {
+    return xmlOf(nodeOf(value).get());
+}
+
+bool writePropertyListFile(const std::filesystem::path& file, const Dictionary& dictionary) {
+    const std::string xml = propertyListXml(dictionary);
+    if (!parsePropertyList(xml).value)
+        return false;
+    std::optional<mode_t> mode;
+    struct stat status {};
+    if (::stat(file.c_str(), &status) == 0)
+        mode = status.st_mode & 07777;
+    const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
+    TemporaryFile temporary(folder);
+    if (!temporary.fill(xml, mode) || !temporary.takePlaceOf(file))
+        return false;
+    // The new file is in place whether or not the folder's entry can be forced to the disk.
+    const FileDescriptor entries(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (entries.isOpen())
+        ::fsync(entries.get());
+    return true;
+}
+
+} // namespace noctara

@@ -1,0 +1,127 @@
+#include "platform/applications.h"
+
+#include "phones/springboard/private_classes.h"
+#include "phones/springboard/property_list_values.h"
+#include "phones/springboard/services.h"
+
+#include <map>
+
+namespace noctara {
+
+namespace {
+
+class SpringBoardApplication final : public Application {
+public:
+    explicit SpringBoardApplication(SBApplication* ofHost) : application(ofHost) {}
+
+    std::string displayIdentifier() override {
+        @autoreleasepool {
+            return textOf([application displayIdentifier]);
+        }
+    }
+
+    std::string displayName() override {
+        @autoreleasepool {
+            return textOf([application displayName]);
+        }
+    }
+
+    bool hasProcess() override {
+        @autoreleasepool {
+            return [application process] != nil;
+        }
+    }
+
+    void activate() override { [application activate]; }
+    void resumeToQuit() override { [application resumeToQuit]; }
+    void kill() override { [application kill]; }
+
+private:
+    SBApplication* application; ///< Not retained.
+};
+
+class SpringBoardIcon final : public Icon {
+public:
+    void launch() override { [icon launch]; }
+
+    SBIcon* icon = nil; ///< Not retained.
+};
+
+class SpringBoardApplications final : public Applications,
+                                      private ApplicationController,
+                                      private IconModel {
+public:
+    ApplicationController* sharedController(ClassRef controllerClass) override {
+        controller = [static_cast<Class>(controllerClass) sharedInstance];
+        return controller ? this : nullptr;
+    }
+
+    IconModel* sharedIconModel(ClassRef modelClass) override {
+        icons = [static_cast<Class>(modelClass) sharedInstance];
+        return icons ? this : nullptr;
+    }
+
+    bool respondsToFrontMostApplication() override {
+        return [[UIApplication sharedApplication]
+            respondsToSelector:@selector(_accessibilityFrontMostApplication)];
+    }
+
+    Application* frontMostApplication() override {
+        return applicationOf(
+            [[UIApplication sharedApplication] _accessibilityFrontMostApplication]);
+    }
+
+private:
+    void allApplications(const std::function<void(Application&)>& visit) override {
+        @autoreleasepool {
+            for (SBApplication* application in [controller allApplications])
+                visit(*applicationOf(application));
+        }
+    }
+
+    Application* springBoard() override {
+        return [controller respondsToSelector:@selector(springBoard)]
+                   ? applicationOf([controller springBoard])
+                   : nullptr;
+    }
+
+    bool respondsToLeafIconForIdentifier() override {
+        return [icons respondsToSelector:@selector(leafIconForIdentifier:)];
+    }
+
+    Icon* leafIconForIdentifier(const std::string& identifier) override {
+        return iconOf([icons leafIconForIdentifier:stringOf(identifier)]);
+    }
+
+    Icon* iconForDisplayIdentifier(const std::string& identifier) override {
+        return iconOf([icons iconForDisplayIdentifier:stringOf(identifier)]);
+    }
+
+    /// The same one for the same object of the host's, as long as SpringBoard lives. It holds
+    /// nothing but the object's address, so it cannot outlive what it stands for in any harmful
+    /// way.
+    Application* applicationOf(SBApplication* application) {
+        if (!application)
+            return nullptr;
+        return &known.try_emplace(application, application).first->second;
+    }
+
+    Icon* iconOf(SBIcon* found) {
+        lastIcon.icon = found;
+        return found ? &lastIcon : nullptr;
+    }
+
+    SBApplicationController* controller = nil;
+    SBIconModel* icons = nil;
+    std::map<SBApplication*, SpringBoardApplication> known;
+    SpringBoardIcon lastIcon;
+};
+
+} // namespace
+
+Applications& springBoardApplications() {
+    static auto& applications = *new SpringBoardApplications;
+    return applications;
+}
+
+} // namespace noctara

@@ -1,0 +1,59 @@
+#include "platform/files.h"
+
+#include "phones/springboard/property_list_values.h"
+#include "phones/springboard/services.h"
+
+namespace noctara {
+
+namespace {
+
+class SpringBoardFiles final : public Files {
+public:
+    bool exists(const std::string& path) override {
+        @autoreleasepool {
+            return [[NSFileManager defaultManager] fileExistsAtPath:stringOf(path)];
+        }
+    }
+
+    std::optional<Dictionary> readDictionary(const std::string& path) override {
+        @autoreleasepool {
+            NSDictionary* dictionary =
+                [[[NSDictionary alloc] initWithContentsOfFile:stringOf(path)] autorelease];
+            return dictionary ? std::optional(dictionaryOf(dictionary)) : std::nullopt;
+        }
+    }
+
+    bool writeDictionary(const std::string& path, const Dictionary& dictionary) override {
+        @autoreleasepool {
+            return [objectOf(dictionary) writeToFile:stringOf(path) atomically:YES];
+        }
+    }
+
+    ParsedPropertyList parse(const std::string& path) override {
+        @autoreleasepool {
+            NSData* data = [NSData dataWithContentsOfFile:stringOf(path)];
+            NSString* error = nil;
+            id value = [NSPropertyListSerialization propertyListFromData:data
+                                                        mutabilityOption:NSPropertyListImmutable
+                                                                  format:NULL
+                                                        errorDescription:&error];
+            if (value && !error)
+                return {valueOf(value), {}};
+            const std::string reason = error ? textOf([error description]) : "(null)";
+#ifdef __APPLE__
+            // There, whoever asked for the description has to release it.
+            [error release];
+#endif
+            return {{}, reason};
+        }
+    }
+};
+
+} // namespace
+
+Files& springBoardFiles() {
+    static auto& files = *new SpringBoardFiles;
+    return files;
+}
+
+} // namespace noctara

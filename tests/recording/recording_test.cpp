@@ -1,0 +1,310 @@
+/// Files as loggers, spreadsheets and accidents leave them, read as the monitor would see them.
+#include "recording/recording.h"
+
+#include "input/bad_input.h"
+#include "tests/recording/a_recording.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace noctara {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+TEST_F(ARecording, with_decimal_commas_is_read_by_column_name) {
+    expectTiltedScreenUp(read("time;X_value;Y_value;Z_value\n"
+                              "0,5;0,980665;0,0;9,80665\n"
+                              "0,7;0,980665;0,0;9,80665\n"),
+                         0.2);
+    EXPECT_EQ(complaints.str(), "");
+}
+
+TEST_F(ARecording, of_an_android_phone_is_turned_into_the_phones_own_axes) {
+    const Recording recording = read("time,x,y,z\n0,0.980665,-1.96133,9.80665\n");
+    expectReading(recording.samples[0].acceleration, -0.1, 0.2, -1);
+}
+
+TEST_F(ARecording, in_g_is_taken_as_it_is) {
+    const Recording recording = read("time,x,y,z\n0,0.1,-0.2,-1\n");
+    expectReading(recording.samples[0].acceleration, 0.1, -0.2, -1);
+}
+
+TEST_F(ARecording, in_thousandths_of_g_is_scaled) {
+    const Recording recording = read("time,x,y,z\n0,100,-200,-1000\n");
+    expectReading(recording.samples[0].acceleration, 0.1, -0.2, -1);
+}
+
+TEST_F(ARecording, follows_what_the_user_says_against_its_headings_and_numbers) {
+    const RecordingOptions options{AccelerationUnit::metresPerSecondSquared, AxisConvention::ios,
+                                   50.0};
+    const Recording recording = read("time (ms),x (g),y (g),z (g)\n"
+                                     "7,0.980665,0,-0.980665\n"
+                                     "5,0.980665,0,-0.980665\n",
+                                     options);
+    ASSERT_EQ(recording.samples.size(), 2U);
+    expectReading(recording.samples[1].acceleration, 0.1, 0, -0.1);
+    EXPECT_DOUBLE_EQ(recording.samples[1].seconds, 0.02);
+    EXPECT_THAT(recording.remarks, Contains(HasSubstr("as --unit says")));
+    EXPECT_THAT(recording.remarks, Contains(HasSubstr("as --axes says")));
+    EXPECT_THAT(recording.remarks, Contains(HasSubstr("as --rate says")));
+}
+
+TEST_F(ARecording, says_what_was_assumed_and_which_option_changes_it) {
+    const Recording recording = read("time,x,y,z\n0,0,0,9.8\n0.1,0,0,9.8\n");
+    EXPECT_THAT(recording.remarks, Contains("x, y, z: \"x\", \"y\", \"z\""));
+    EXPECT_THAT(recording.remarks, Contains("time: \"time\", seconds, told from its steps; "
+                                            "--rate HZ says otherwise"));
+    EXPECT_THAT(recording.remarks, Contains("unit: m/s², told from the lengths (median 9.8); "
+                                            "--unit says otherwise"));
+    EXPECT_THAT(recording.remarks, Contains("axes: Android's (screen up reads z = +1 g), as usual "
+                                            "with this unit; --axes ios says otherwise"));
+}
+
+TEST_F(ARecording, prefers_the_raw_accelerometer_whatever_the_order) {
+    const Recording recording =
+        read("time,gravity_x,gravity_y,gravity_z,accelerometer_x,accelerometer_y,accelerometer_z,"
+             "x,y,z\n0,0,0,1,0.1,0.2,-1,5,5,5\n");
+    expectReading(recording.samples[0].acceleration, 0.1, 0.2, -1);
+}
+
+TEST_F(ARecording, tells_the_unit_of_unnamed_times_from_their_steps) {
+    struct Case {
+        const char* first;
+        const char* second;
+        double seconds;
+    };
+    for (const Case& times :
+         {Case{"0", "0.01", 0.01}, Case{"0", "10", 0.01},
+          Case{"1393709400000", "1393709400020", 0.02}, Case{"0", "10000", 0.01},
+          Case{"51000000000000", "51000005000000", 0.005},
+          Case{"1393709400000000000", "1393709400500000000", 0.5}}) {
+        SCOPED_TRACE(times.second);
+        const Recording recording = read(std::string("time,x,y,z\n") + times.first + ",0,0,1\n" +
+                                         times.second + ",0,0,1\n");
+        EXPECT_NEAR(recording.samples[1].seconds, times.seconds, 1e-6);
+    }
+}
+
+TEST_F(ARecording, reads_iso_dates_across_offsets) {
+    const Recording recording = read("date,x,y,z\n"
+                                     "2014-03-30T01:59:59.500000000+01:00,0,0,-1\n"
+                                     "2014-03-30T03:00:00.250000000+02:00,0,0,-1\n"
+                                     "2014-03-30 01:00:01Z,0,0,-1\n");
+    ASSERT_EQ(recording.samples.size(), 3U);
+    EXPECT_NEAR(recording.samples[1].seconds, 0.75, 1e-6);
+    EXPECT_NEAR(recording.samples[2].seconds, 1.5, 1e-6);
+}
+
+TEST_F(ARecording, keeps_several_readings_of_one_instant) {
+    EXPECT_EQ(read("time,x,y,z\n0,0,0,1\n0,0,0,1\n0.1,0,0,1\n").samples.size(), 3U);
+}
+
+TEST_F(ARecording, without_times_needs_a_rate) {
+    const std::string text = "x,y,z\n0,0,-1\n0,0,-1\n0,0,-1\n";
+    EXPECT_EQ(refusalOf(text), ":2: there is no column of times; say how many readings a second "
+                               "there are with --rate HZ");
+    const Recording recording = read(text, {{}, {}, 4.0});
+    EXPECT_DOUBLE_EQ(recording.samples[2].seconds, 0.5);
+    EXPECT_DOUBLE_EQ(recording.duration(), 0.75);
+    EXPECT_EQ(read("0 , 0 , -1\n", {{}, {}, 4.0}).samples.size(), 1U);
+}
+
+TEST_F(ARecording, refuses_a_rate_that_is_none) {
+    for (const double rate : {0.0, -1.0, HUGE_VAL}) {
+        std::ofstream(path) << "0,0,0,1\n";
+        EXPECT_THROW(readRecording(path, {{}, {}, rate}, complaints), BadInput);
+    }
+}
+
+TEST_F(ARecording, without_a_readable_time_needs_a_rate) {
+    EXPECT_THAT(refusalOf("time,x,y,z\n13:45:12:345,0,0,1\n"),
+                HasSubstr(":2: the time in \"time\" is neither a number nor an ISO date"));
+    EXPECT_THAT(refusalOf("time,x,y,z\n5,0,0,1\n5,0,0,1\n"), HasSubstr("the same in all lines"));
+    EXPECT_THAT(refusalOf("time (s),x,y,z\n0,0,0,1\n1e12,0,0,1\n"), HasSubstr("days"));
+}
+
+TEST_F(ARecording, reports_the_lines_that_hold_no_reading_and_goes_on) {
+    const Recording recording = read("time,x,y,z\n"
+                                     "0,0,0,1\n"
+                                     "0.1,0,abc,1\n"
+                                     "0.2,0,0\n"
+                                     "soon,0,0,1\n"
+                                     "0.3,nan,0,1\n"
+                                     "0.3,0,inf,1\n"
+                                     "0.3,0,0,\n"
+                                     "0.3,0,0,1e30\n"
+                                     "0.4,0,0,1\n"
+                                     "0.5,0,0,1\n"
+                                     "0.1,0,0,1\n"
+                                     "0.6,0,0,0x1\n");
+    EXPECT_EQ(recording.samples.size(), 3U);
+    EXPECT_EQ(complaintLines(), (std::vector<std::string>{
+                                    ":3: y is no number: \"abc\"; the line is skipped",
+                                    ":4: 3 fields where at least 4 are needed; the line is skipped",
+                                    ":5: the time is no number: \"soon\"; the line is skipped",
+                                    ":6: x is no number: \"nan\"; the line is skipped",
+                                    ":7: y is no number: \"inf\"; the line is skipped",
+                                    ":8: z is no number: \"\"; the line is skipped",
+                                    ":9: z is out of all range: \"1e30\"; the line is skipped",
+                                    ":12: the time is out of order; the line is skipped",
+                                    ":13: z is no number: \"0x1\"; the line is skipped"}));
+    EXPECT_THAT(recording.remarks, Contains("skipped: 9 lines without a reading"));
+}
+
+TEST_F(ARecording, loses_one_line_to_a_damaged_time_whichever_way_it_errs) {
+    const Recording recording = read("time,x,y,z\n0,0,0,1\n1,0,0,1\n-7,0,0,1\n2,0,0,1\n"
+                                     "300,0,0,1\n3,0,0,1\n4,0,0,bad\n5,0,0,1\n");
+    ASSERT_EQ(recording.samples.size(), 5U);
+    EXPECT_EQ(recording.samples.back().seconds, 5);
+    EXPECT_EQ(complaintLines(),
+              (std::vector<std::string>{":4: the time is out of order; the line is skipped",
+                                        ":6: the time is out of order; the line is skipped",
+                                        ":8: z is no number: \"bad\"; the line is skipped"}));
+}
+
+TEST_F(ARecording, only_counts_the_bad_lines_after_ten) {
+    std::string text = "time,x,y,z\n0,0,0,1\n";
+    for (int i = 0; i < 25; ++i)
+        text += "bad\n";
+    EXPECT_EQ(read(text).samples.size(), 1U);
+    const auto lines = complaintLines();
+    ASSERT_EQ(lines.size(), 11U);
+    EXPECT_THAT(lines[9], StartsWith(":12: "));
+    EXPECT_EQ(lines[10], ": 15 more lines are skipped");
+}
+
+TEST_F(ARecording, keeps_control_characters_and_long_fields_out_of_its_complaints) {
+    read("time,x,y,z\n0,0,0,1\n1,0,0,\x1b[31m" + std::string(1000, 'a') + "\n");
+    ASSERT_EQ(complaintLines().size(), 1U);
+    EXPECT_THAT(complaintLines()[0], StartsWith(":3: z is no number: \"?[31maaaa"));
+    EXPECT_LT(complaintLines()[0].size(), 120U);
+}
+
+TEST_F(ARecording, forgives_what_spreadsheets_do) {
+    const Recording recording = read("\xef\xbb\xbfsep=;\r\n"
+                                     "# a comment\r\n"
+                                     "// another\r\n"
+                                     "\r\n"
+                                     "  Time ; \"X\" ;Y;Z;;note;\r\n"
+                                     "0;\"0\" ;0; +1,0 ;;\"said \"\"x\"\"\";\r\n"
+                                     "   \r\n"
+                                     "1;0;0;1;;;\r\n"
+                                     "2;0;0;1;;;");
+    EXPECT_EQ(recording.samples.size(), 3U);
+    EXPECT_EQ(complaints.str(), "");
+}
+
+TEST_F(ARecording, with_old_line_ends_is_read) {
+    EXPECT_EQ(read("time,x,y,z\r0,0,0,1\r1,0,0,1\r").samples.size(), 2U);
+}
+
+TEST_F(ARecording, loses_one_line_to_a_stray_quote) {
+    EXPECT_EQ(read("time,x,y,z\n0,0,0,1\n1,\"0,0,1\n2,0,0,1\n").samples.size(), 2U);
+    EXPECT_EQ(complaintLines().size(), 1U);
+}
+
+TEST_F(ARecording, skips_what_stands_before_its_headings) {
+    EXPECT_EQ(read("Recorded by me\ntime,x,y,z\ns,g,g,g\n0,0,0,1\n").samples.size(), 1U);
+    EXPECT_THAT(complaintLines()[0], StartsWith(":1: "));
+    EXPECT_THAT(complaintLines()[1], StartsWith(":3: "));
+}
+
+TEST_F(ARecording, skips_lines_of_senseless_length) {
+    EXPECT_EQ(
+        read("time,x,y,z\n0,0,0,1\n" + std::string(1 << 20, '1') + "\n1,0,0,1\n").samples.size(),
+        2U);
+    EXPECT_EQ(complaintLines(),
+              std::vector<std::string>{":3: this is no reading but 1048576 characters without a "
+                                       "line end; the line is skipped"});
+}
+
+TEST_F(ARecording, with_headings_of_something_else_is_refused) {
+    EXPECT_EQ(refusalOf("time,lat,lon\n0,48.1,2.3\n"),
+              ":1: no three of the headings name x, y and z of an accelerometer (\"time\", "
+              "\"lat\", \"lon\"); name the columns time, x, y, z");
+    EXPECT_THAT(refusalOf("time,gyroX,gyroY,gyroZ\n0,0,0,1\n"), HasSubstr("name x, y and z"));
+}
+
+TEST_F(ARecording, without_gravity_is_refused) {
+    EXPECT_THAT(refusalOf("\"Time (s)\",\"Linear Acceleration x (m/s^2)\",\"Linear Acceleration y "
+                          "(m/s^2)\",\"Linear Acceleration z (m/s^2)\"\n0,0,0,0.1\n"),
+                HasSubstr("record the raw accelerometer"));
+    EXPECT_THAT(refusalOf("time,x,y,z\n0,0.01,0,0.02\n"), HasSubstr("took gravity out"));
+}
+
+TEST_F(ARecording, in_an_unknown_unit_is_refused_unless_the_user_says_it) {
+    const std::string text = "time,x,y,z\n0,0,0,-64\n";
+    EXPECT_EQ(refusalOf(text), ": the unit cannot be told: half of the readings are longer than "
+                               "64, where a phone at rest reads 1 g, 9.8 m/s² or 1000 mg; say the "
+                               "unit with --unit");
+    expectReading(read(text, {AccelerationUnit::g, {}, {}}).samples[0].acceleration, 0, 0, -64);
+}
+
+TEST_F(ARecording, with_commas_for_all_purposes_is_refused) {
+    EXPECT_THAT(refusalOf("time,x,y,z\n0,5,0,1,0,2,9,8\n"), HasSubstr("cannot be told apart"));
+}
+
+TEST_F(ARecording, whose_time_runs_backwards_is_refused) {
+    EXPECT_THAT(refusalOf("time,x,y,z\n3,0,0,1\n2,0,0,1\n1,0,0,1\n"),
+                HasSubstr(": the times are out of order"));
+}
+
+TEST_F(ARecording, that_is_none_is_refused_in_one_line) {
+    EXPECT_EQ(refusalOf(""), ": the file is empty");
+    EXPECT_EQ(refusalOf("\xef\xbb\xbf"), ": the file is empty");
+    EXPECT_THAT(refusalOf("\n\n"), HasSubstr("no line holds three numbers"));
+    EXPECT_THAT(refusalOf("time,x,y,z\n"), HasSubstr("no line holds three numbers"));
+    EXPECT_THAT(refusalOf("\xff\xfet\0i\0"), HasSubstr("UTF-16; save it as UTF-8"));
+    EXPECT_THAT(refusalOf("PK\x03\x04 and so on"), HasSubstr("unpack it"));
+    EXPECT_THAT(refusalOf(std::string("\x7f\x45LF\0\0", 6)), HasSubstr("this is no text"));
+    EXPECT_THAT(refusalOf("\x80\x91\xfe;\"\r;;;\n\"\"\",,\x1b"),
+                HasSubstr("no line holds three numbers"));
+    EXPECT_THAT(refusalOf("time,x,y,z\n0,0,0,nan,5,5,5\n"), HasSubstr("no line holds a reading"));
+}
+
+TEST_F(ARecording, that_is_missing_or_a_directory_is_refused) {
+    EXPECT_THROW(readRecording(path, {}, complaints), BadInput);
+    std::filesystem::create_directory(path);
+    try {
+        readRecording(path, {}, complaints);
+        FAIL() << "a directory was read";
+    } catch (const BadInput& refusal) {
+        EXPECT_EQ(withoutName(refusal.what()), ": this is a directory; give a CSV file");
+    }
+}
+
+TEST(ARecordingInTime, gives_the_latest_sample) {
+    const Recording recording{
+        {{0, {1, 0, 0}}, {0.5, {2, 0, 0}}, {0.5, {3, 0, 0}}, {1.5, {4, 0, 0}}}, {}};
+    EXPECT_EQ(recording.at(0).x, 1);
+    EXPECT_EQ(recording.at(0.49).x, 1);
+    EXPECT_EQ(recording.at(0.5).x, 3);
+    EXPECT_EQ(recording.at(1.4).x, 3);
+    EXPECT_EQ(recording.at(1.5).x, 4);
+}
+
+TEST(ARecordingInTime, repeats_after_its_last_sample_has_lasted_a_step) {
+    const Recording recording{{{0, {1, 0, 0}}, {1, {2, 0, 0}}, {2, {3, 0, 0}}}, {}};
+    EXPECT_DOUBLE_EQ(recording.duration(), 3.0);
+    EXPECT_EQ(recording.at(2.9).x, 3);
+    EXPECT_EQ(recording.at(3).x, 1);
+    EXPECT_EQ(recording.at(3000001).x, 2);
+}
+
+TEST(ARecordingInTime, of_one_sample_never_changes) {
+    const Recording recording{{{0, {1, 0, 0}}}, {}};
+    EXPECT_DOUBLE_EQ(recording.duration(), 1.0);
+    EXPECT_EQ(recording.at(12345.6).x, 1);
+}
+
+} // namespace
+} // namespace noctara
