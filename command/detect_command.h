@@ -1,4 +1,4 @@
-/// `noctara detect`: what the monitor's posture check makes of a recording.
+/// `noctara detect`: prints what the monitor's posture check makes of a recording.
 #pragma once
 
 #include "recording/recording.h"
@@ -13,12 +13,8 @@ struct DetectOptions {
     std::int32_t sensitivity = 5;
 };
 
-/// The share of the recording's single samples, 0 to 1, that the monitor takes for a phone lying
-/// still with the screen facing down, or up.
-double shareLying(const Recording& recording, std::int32_t sensitivity, bool screenDown);
-
-/// Writes what was assumed of the file, the monitor's verdict at each second, the share of readings
-/// that pass at each sensitivity, and in words which sensitivity suits.
+/// Prints what was assumed of the file, the verdict for each second, the share of readings that
+/// pass at each Sensitivity, and which Sensitivity suits. There must be a sample.
 void detect(const Recording& recording, const DetectOptions& options, std::ostream& out);
 
 } // namespace noctara

@@ -4,6 +4,7 @@
 #include "command/night_command.h"
 #include "input/bad_input.h"
 #include "night/chosen_scenario.h"
+#include "recording/recording_file.h"
 
 #include <CLI/CLI.hpp>
 

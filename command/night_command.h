@@ -2,7 +2,7 @@
 #pragma once
 
 #include "night/scenario_file.h"
-#include "recording/recording.h"
+#include "recording/recording_file.h"
 
 #include <filesystem>
 #include <optional>

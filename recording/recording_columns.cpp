@@ -1,239 +1,139 @@
-/// Reads headings as words: "accelerometerAccelerationX(G)" is accelerometer, acceleration, x, g.
+/// Finds the columns by the headings of known loggers, else by the units in the headings: phyphox
+/// translates its headings, but not their units.
 #include "recording/recording_columns.h"
 
+#include "input/bad_input.h"
+
 #include <algorithm>
-#include <initializer_list>
+#include <cctype>
+#include <iterator>
 #include <string_view>
-#include <utility>
 
 namespace noctara {
 
 namespace {
 
-using Words = std::vector<std::string>;
-
-/// From the least to the most welcome.
-enum class Source {
-    otherSensor,
-    withoutGravity,
-    gravityAlone,
-    unnamed,
-    accelerometer,
-    explicitlyRaw
+/// With * for x, y and z; the preferred first.
+constexpr std::array<std::string_view, 10> accelerometerNames{
+    "accelerationincludinggravity*", // browsers
+    "accelerometeracceleration*",    // SensorLog
+    "accelerometer*",                // AndroSensor
+    "gf*",                           // Physics Toolbox
+    "acceleration*",                 // phyphox
+    "accel*",
+    "acc*",
+    "a*",
+    "*", // Sensor Logger, MATLAB Mobile
+    "*value",
 };
 
-bool isLower(char c) {
-    return c >= 'a' && c <= 'z';
-}
+/// The preferred first.
+constexpr std::array<std::string_view, 7> timeNames{
+    "secondselapsed",                    // Sensor Logger
+    "accelerometertimestampsincereboot", // SensorLog
+    "loggingtime",                       // SensorLog
+    "timesincestartinms",                // AndroSensor
+    "time",
+    "timestamp", // MATLAB Mobile
+    "t",
+};
 
-bool isUpper(char c) {
-    return c >= 'A' && c <= 'Z';
-}
+/// In lower case and without punctuation: "Acceleration x (m/s^2)" is accelerationx in m/s^2.
+struct Heading {
+    std::string name;
+    std::string unit;
 
-std::string lowered(std::string text) {
-    for (char& c : text)
-        c = isUpper(c) ? static_cast<char>(c - 'A' + 'a') : c;
-    return text;
-}
-
-Words wordsOf(const std::string& heading) {
-    Words words;
-    char previous = ' ';
-    for (const char c : heading) {
-        const bool inWord = isLower(c) || isUpper(c) || (c >= '0' && c <= '9');
-        const bool wasInWord =
-            isLower(previous) || isUpper(previous) || (previous >= '0' && previous <= '9');
-        if (inWord) {
-            if (!wasInWord || (isLower(previous) && isUpper(c)))
-                words.emplace_back();
-            words.back() += c;
-        }
-        previous = c;
+    explicit Heading(std::string text) {
+        for (char& c : text)
+            c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        const auto bracket = std::min(text.find_first_of("(["), text.size());
+        std::copy_if(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(bracket),
+                     std::back_inserter(name),
+                     [](unsigned char c) { return std::isalnum(c) != 0; });
+        if (bracket < text.size())
+            unit = text.substr(bracket + 1, text.find_first_of(")]", bracket) - bracket - 1);
+        if (unit == "m/s^2")
+            unit = "m/s²";
     }
-    for (std::string& word : words)
-        word = lowered(word);
-    return words;
+};
+
+using Headings = std::vector<Heading>;
+
+bool isRaw(std::string_view name) {
+    return !name.starts_with("gravity") && name.find("linear") == name.npos &&
+           name.find("user") == name.npos;
 }
 
-bool isOneOf(std::string_view word, std::initializer_list<std::string_view> choices) {
-    return std::find(choices.begin(), choices.end(), word) != choices.end();
+template <typename Units>
+std::optional<typename Units::value_type> unitIn(const Heading& heading, const Units& units) {
+    for (const auto& unit : units) {
+        if (unit.symbol == heading.unit)
+            return unit;
+    }
+    return std::nullopt;
 }
 
-bool hasOneOf(const Words& words, std::initializer_list<std::string_view> choices) {
-    return std::any_of(words.begin(), words.end(),
-                       [&](const std::string& word) { return isOneOf(word, choices); });
+std::optional<std::size_t> findName(const Headings& headings, std::string_view name) {
+    for (std::size_t i = 0; i < headings.size(); ++i) {
+        if (headings[i].name == name)
+            return i;
+    }
+    return std::nullopt;
 }
 
-bool hasPrefix(const Words& words, std::initializer_list<std::string_view> prefixes) {
-    return std::any_of(words.begin(), words.end(), [&](const std::string& word) {
-        return std::any_of(prefixes.begin(), prefixes.end(),
-                           [&](std::string_view prefix) { return word.starts_with(prefix); });
+std::optional<std::array<std::size_t, 3>> findAxes(const Headings& headings, std::string name) {
+    std::array<std::size_t, 3> axes{};
+    const auto star = name.find('*');
+    for (std::size_t axis = 0; axis < axes.size(); ++axis) {
+        name[star] = "xyz"[axis];
+        const auto index = findName(headings, name);
+        if (!index)
+            return std::nullopt;
+        axes[axis] = *index;
+    }
+    return axes;
+}
+
+std::optional<std::size_t> findTime(const Headings& headings) {
+    for (const std::string_view name : timeNames) {
+        if (const auto index = findName(headings, name))
+            return index;
+    }
+    const auto found = std::find_if(headings.begin(), headings.end(), [](const Heading& heading) {
+        return heading.name.starts_with("time") || heading.name.starts_with("date") ||
+               unitIn(heading, unitsOfTime);
     });
-}
-
-/// The position of the axis letter in words like x, ax, accelx, xaxis.
-std::optional<std::size_t> axisLetterIn(std::string_view word) {
-    constexpr std::string_view letters = "xyz";
-    if (word.size() == 1 && letters.find(word[0]) != letters.npos)
-        return 0;
-    if (letters.find(word.back()) != letters.npos &&
-        isOneOf(word.substr(0, word.size() - 1),
-                {"a", "f", "gf", "acc", "accel", "acceleration", "accelerometer"}))
-        return word.size() - 1;
-    if (letters.find(word.front()) != letters.npos &&
-        isOneOf(word.substr(1), {"axis", "acc", "accel", "acceleration", "val", "value"}))
-        return 0;
-    return std::nullopt;
-}
-
-/// 0 to 2 for x to z. Makes that letter a star, so that the three headings of a sensor become one.
-std::optional<std::size_t> takeAxis(Words& words) {
-    for (std::string& word : words) {
-        if (const auto letter = axisLetterIn(word)) {
-            const auto axis = static_cast<std::size_t>(word[*letter] - 'x');
-            word[*letter] = '*';
-            return axis;
-        }
-    }
-    return std::nullopt;
-}
-
-Source sourceOf(const Words& words) {
-    if (hasPrefix(words, {"gyro", "rot", "mag", "orient", "attitude", "quat", "pitch", "roll",
-                          "yaw", "rad", "deg", "dps", "compass", "omega"}))
-        return Source::otherSensor;
-    if (hasPrefix(words, {"linear"}) || hasOneOf(words, {"user", "without"}))
-        return Source::withoutGravity;
-    if (hasOneOf(words, {"including", "with", "raw"}))
-        return Source::explicitlyRaw;
-    if (hasPrefix(words, {"grav"}))
-        return Source::gravityAlone;
-    return hasPrefix(words, {"acc", "f*", "gf*"}) ? Source::accelerometer : Source::unnamed;
-}
-
-std::optional<AccelerationUnit> unitOf(const std::string& heading) {
-    const std::string text = lowered(heading);
-    for (const char* metric : {"m/s", "ms-2", "ms^-2"}) {
-        if (text.find(metric) != text.npos)
-            return AccelerationUnit::metresPerSecondSquared;
-    }
-    const Words words = wordsOf(heading);
-    if (hasOneOf(words, {"mg"}))
-        return AccelerationUnit::milliG;
-    if (hasOneOf(words, {"g"}))
-        return AccelerationUnit::g;
-    return std::nullopt;
-}
-
-/// How likely a heading is to be that of the time; 0 when it is not.
-int likelihoodOfTime(const std::string& heading) {
-    const Words words = wordsOf(heading);
-    if (words.empty())
-        return 0;
-    const bool named = words.front() == "t" ||
-                       hasOneOf(words, {"time", "timestamp", "timestamps", "datetime", "date",
-                                        "elapsed", "epoch", "uptime", "seconds", "milliseconds",
-                                        "microseconds", "nanoseconds", "millis", "sec", "secs"});
-    // Whatever its language, a heading in seconds is that of the time; one per second is not.
-    const bool measured =
-        hasOneOf(words, {"s", "ms", "us", "ns"}) && heading.find('/') == heading.npos;
-    if (!named && !measured)
-        return 0;
-    int likelihood = 3;
-    if (hasOneOf(words, {"elapsed", "start", "reboot", "relative"}))
-        likelihood += 2;
-    if (hasPrefix(words, {"acc"}))
-        likelihood += 1;
-    if (hasPrefix(words, {"gyro", "mag", "motion", "location", "altimeter", "pedometer"}))
-        likelihood -= 2;
-    return likelihood;
-}
-
-std::vector<std::size_t> findTimes(const std::vector<std::string>& headings) {
-    std::vector<std::pair<int, std::size_t>> ranked;
-    for (std::size_t i = 0; i < headings.size(); ++i) {
-        if (const int likelihood = likelihoodOfTime(headings[i]))
-            ranked.emplace_back(-likelihood, i);
-    }
-    std::sort(ranked.begin(), ranked.end());
-    std::vector<std::size_t> times;
-    for (const auto& [rank, index] : ranked)
-        times.push_back(index);
-    return times;
-}
-
-std::optional<AxisConvention> findConvention(const std::vector<std::string>& headings) {
-    for (const std::string& heading : headings) {
-        const std::string text = lowered(heading);
-        if (text.find("android") != text.npos)
-            return AxisConvention::android;
-        if (text.find("accelerometeracceleration") != text.npos ||
-            text.find("iphone") != text.npos || hasOneOf(wordsOf(heading), {"ios"}))
-            return AxisConvention::ios;
-    }
-    return std::nullopt;
-}
-
-struct Sensor {
-    Words words;
-    std::array<std::optional<std::size_t>, 3> axes;
-    Source source;
-
-    bool isWhole() const { return axes[0] && axes[1] && axes[2]; }
-};
-
-std::vector<Sensor> findSensors(const std::vector<std::string>& headings) {
-    std::vector<Sensor> sensors;
-    for (std::size_t i = 0; i < headings.size(); ++i) {
-        Words words = wordsOf(headings[i]);
-        const auto axis = takeAxis(words);
-        if (!axis)
-            continue;
-        auto sensor = std::find_if(sensors.begin(), sensors.end(),
-                                   [&](const Sensor& known) { return known.words == words; });
-        if (sensor == sensors.end())
-            sensor = sensors.insert(sensor, Sensor{words, {}, sourceOf(words)});
-        if (!sensor->axes[*axis])
-            sensor->axes[*axis] = i;
-    }
-    return sensors;
+    if (found == headings.end())
+        return std::nullopt;
+    return static_cast<std::size_t>(found - headings.begin());
 }
 
 } // namespace
 
-std::optional<RecordingColumns> findColumns(const std::vector<std::string>& headings) {
-    const std::vector<Sensor> sensors = findSensors(headings);
-    const Sensor* best = nullptr;
-    for (const Sensor& sensor : sensors) {
-        if (sensor.isWhole() && sensor.source != Source::otherSensor &&
-            (!best || sensor.source > best->source))
-            best = &sensor;
-    }
-    if (!best)
-        return std::nullopt;
-    RecordingColumns columns;
-    columns.axes = {*best->axes[0], *best->axes[1], *best->axes[2]};
-    columns.times = findTimes(headings);
-    columns.raw = best->source >= Source::unnamed;
-    columns.unit = unitOf(headings[columns.axes[0]]);
-    columns.convention = findConvention(headings);
-    return columns;
+std::string RecordingColumns::nameOf(std::size_t column) const {
+    return inQuotes(headings[column]);
 }
 
-std::optional<double> timeUnitOf(const std::string& heading) {
-    for (const char* microseconds : {"\u00b5s", "\u03bcs"}) {
-        if (heading.find(microseconds) != heading.npos)
-            return 1e-6;
+std::optional<RecordingColumns> findColumns(const std::vector<std::string>& headingTexts) {
+    const Headings headings(headingTexts.begin(), headingTexts.end());
+    std::vector<std::string> names(accelerometerNames.begin(), accelerometerNames.end());
+    for (const Heading& heading : headings) {
+        if (heading.name.ends_with('x') && unitIn(heading, unitsOfAcceleration))
+            names.push_back(heading.name.substr(0, heading.name.size() - 1) + '*');
     }
-    const Words words = wordsOf(heading);
-    if (hasOneOf(words, {"ns", "nanos", "nanoseconds"}))
-        return 1e-9;
-    if (hasOneOf(words, {"us", "micros", "microseconds"}))
-        return 1e-6;
-    if (hasOneOf(words, {"ms", "millis", "milliseconds"}))
-        return 1e-3;
-    if (hasOneOf(words, {"s", "sec", "secs", "seconds"}))
-        return 1.0;
+    for (const std::string& name : names) {
+        if (const auto axes = findAxes(headings, name)) {
+            RecordingColumns columns;
+            columns.headings = headingTexts;
+            columns.axes = *axes;
+            columns.raw = isRaw(name);
+            columns.unit = unitIn(headings[axes->front()], unitsOfAcceleration);
+            columns.time = findTime(headings);
+            if (columns.time)
+                columns.timeUnit = unitIn(headings[*columns.time], unitsOfTime);
+            return columns;
+        }
+    }
     return std::nullopt;
 }
 

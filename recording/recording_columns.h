@@ -1,7 +1,7 @@
-/// Which columns of a recording hold the accelerometer, told from the headings that loggers write.
+/// Which columns of a recording hold the accelerometer and the time.
 #pragma once
 
-#include "recording/recording.h"
+#include "recording/units.h"
 
 #include <array>
 #include <cstddef>
@@ -12,26 +12,25 @@
 namespace noctara {
 
 struct RecordingColumns {
+    std::vector<std::string> headings;
+
     /// Indices of x, y and z.
     std::array<std::size_t, 3> axes{};
+    std::optional<std::size_t> time;
 
-    /// Indices of the columns that may hold the time, the likeliest first.
-    std::vector<std::size_t> times;
-
-    /// False when the file has gravity taken out of the readings, or nothing but gravity: such
-    /// columns are found, but do not tell what the accelerometer read.
+    /// False when the columns hold gravity alone, or the acceleration without it.
     bool raw = true;
 
-    /// What the headings say; absent where they are silent.
-    std::optional<AccelerationUnit> unit;
-    std::optional<AxisConvention> convention;
+    /// As the headings tell; absent where they do not.
+    std::optional<UnitOfAcceleration> unit;
+    std::optional<UnitOfTime> timeUnit;
+
+    /// The heading of a column, in quotes.
+    std::string nameOf(std::size_t column) const;
 };
 
-/// The raw accelerometer's columns when there are several sensors. Absent when no three headings
-/// name x, y and z of one sensor that measures acceleration.
+/// The raw accelerometer's columns if the file holds several sensors. Absent when no three headings
+/// name x, y and z of an accelerometer.
 std::optional<RecordingColumns> findColumns(const std::vector<std::string>& headings);
-
-/// How many seconds one unit of a time column is; absent when its heading does not say.
-std::optional<double> timeUnitOf(const std::string& heading);
 
 } // namespace noctara

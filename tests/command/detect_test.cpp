@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <filesystem>
 #include <numbers>
 #include <sstream>
 #include <string>
@@ -167,29 +166,6 @@ TEST_F(ADetection, repeats_what_was_assumed) {
 TEST_F(ADetection, does_not_take_a_dead_sensor_for_a_flat_phone) {
     keeps({0, 0, 0}, 4);
     EXPECT_THAT(report(), HasSubstr("\nThe phone keeps still, but reads 0 g where 1 g is due"));
-}
-
-TEST(ADetectionOfARealPhone, agrees_with_independent_measurements) {
-    const auto folder =
-        std::filesystem::path(NOCTARA_SOURCE_DIR).parent_path() / "shared" / "recordings";
-    if (!std::filesystem::is_directory(folder))
-        GTEST_SKIP() << "the recordings are not here: " << folder;
-
-    std::ostringstream complaints;
-    const auto atRest = readRecording(folder / "at-rest-screen-up.csv", {}, complaints);
-    EXPECT_EQ(atRest.samples.size(), 12411U);
-    EXPECT_NEAR(shareLying(atRest, 0, false), 1.0000, 0.00005);
-    EXPECT_NEAR(shareLying(atRest, 2, false), 0.9999, 0.00005);
-    EXPECT_NEAR(shareLying(atRest, 5, false), 0.9997, 0.00005);
-    EXPECT_NEAR(shareLying(atRest, 9, false), 0.9927, 0.00005);
-
-    const auto walking = readRecording(folder / "walking-stairs.csv", {}, complaints);
-    EXPECT_EQ(walking.samples.size(), 23770U);
-    for (const int sensitivity : {0, 2, 5, 9}) {
-        EXPECT_EQ(shareLying(walking, sensitivity, false), 0.0);
-        EXPECT_EQ(shareLying(atRest, sensitivity, true), 0.0);
-    }
-    EXPECT_EQ(complaints.str(), "");
 }
 
 } // namespace

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "input/bad_input.h"
-#include "recording/recording.h"
+#include "recording/recording_file.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,0 +1,35 @@
+/// Reads the CSV files that accelerometer loggers write.
+#pragma once
+
+#include "recording/recording.h"
+#include "recording/units.h"
+
+#include <filesystem>
+#include <optional>
+#include <ostream>
+
+namespace noctara {
+
+/// The sign of the readings: a phone lying screen up reads z = -1 g on iOS, and +1 g on Android,
+/// which reports the reaction to gravity.
+enum class AxisConvention { ios, android };
+
+/// What is absent is told from the headings or the numbers.
+struct RecordingOptions {
+    std::optional<AccelerationUnit> unit;
+    std::optional<AxisConvention> axes;
+
+    /// Samples a second, evenly spaced, above 0. The times in the file are then ignored.
+    std::optional<double> rate;
+};
+
+/// Fields are separated by semicolons, tabs or commas; numbers have decimal points or commas. The
+/// columns are found by their headings; without headings they are time, x, y, z, or x, y, z alone.
+/// Lines before the headings are ignored. A later line without a reading is skipped and reported to
+/// `complaints` as "FILE:LINE: ..."; after ten of them the rest is only counted.
+///
+/// Returns at least one sample. Throws BadInput when the file cannot be used.
+Recording readRecording(const std::filesystem::path& path, const RecordingOptions& options,
+                        std::ostream& complaints);
+
+} // namespace noctara
