@@ -131,8 +131,8 @@ void printNotLying(const Recording& recording, const std::optional<PostureReadin
                    std::max(1.0, std::round(recording.duration())));
     else if (!steady->hasLengthAtRest())
         fmt::print(out,
-                   "\nThe phone keeps still, but reads {:.3g} g where 1 g is due; 0.9 to 1.1 g "
-                   "pass.\nThe sensor is badly calibrated, or the unit is another (--unit).\n",
+                   "\nThe phone keeps still, but reads {:.3g} g instead of 1 g; 0.9 to 1.1 g "
+                   "pass.\nThe sensor is badly calibrated, or the unit is wrong (--unit).\n",
                    steady->length);
     else
         fmt::print(out,

@@ -1,14 +1,7 @@
 #include "recording/csv_line.h"
 
-// g++ 12 warns of an uninitialized variable in this header.
-#pragma GCC diagnostic push
-#ifndef __clang__
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
-#endif
-#include <date/date.h>
-#pragma GCC diagnostic pop
-
 #include <csv.h>
+#include <date/date.h>
 
 #include <algorithm>
 #include <charconv>

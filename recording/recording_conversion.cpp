@@ -33,9 +33,9 @@ UnitOfAcceleration unitFromLength(double length, const std::string& file) {
     }
     throw BadInput(fmt::format(
         "{}: the unit cannot be told: half of the readings are longer than {:.3g}, where a phone "
-        "at rest reads 1 g, 9.8 m/s² or 1000 mg; {}say the unit with --unit",
+        "at rest reads 1 g, 9.8 m/s² or 1000 mg; {}give the unit with --unit",
         file, length,
-        length < 0.5 ? "if the logger took gravity out, record the raw accelerometer; else " : ""));
+        length < 0.5 ? "if the logger removed gravity, record the raw accelerometer; else " : ""));
 }
 
 UnitOfAcceleration chooseUnit(Recording& recording, const std::string& file,
@@ -72,7 +72,7 @@ void convertTimes(Recording& recording, const std::string& file, const Recording
     const auto steps = static_cast<double>(samples.size() - 1);
     if (span <= 0 && steps > 0)
         throw BadInput(file + ": the time in " + name +
-                       " is the same in all lines; say how many readings a second there are with "
+                       " is the same in all lines; give the number of readings per second with "
                        "--rate HZ");
     UnitOfTime unit{"", "dates and times of day", 1.0};
     const char* reason = "";
@@ -84,8 +84,8 @@ void convertTimes(Recording& recording, const std::string& file, const Recording
         fmt::format("time: {}, {}{}; --rate HZ says otherwise", name, unit.name, reason));
     span *= unit.seconds;
     if (span > longestDays * secondsPerDay)
-        throw BadInput(fmt::format("{}: the time in {} spans {:.3g} days; if that is not so, say "
-                                   "how many readings a second there are with --rate HZ",
+        throw BadInput(fmt::format("{}: the time in {} spans {:.3g} days; if this is wrong, give "
+                                   "the number of readings per second with --rate HZ",
                                    file, name, span / secondsPerDay));
     for (auto& sample : samples)
         sample.seconds = (sample.seconds - first) * unit.seconds;

@@ -89,7 +89,7 @@ private:
             throw BadInput(file + ": this is a zip archive; unpack it and give the CSV file of the "
                                   "accelerometer");
         if (line.find('\0') != line.npos)
-            throw BadInput(file + ": this is no text; give the CSV file that the logger exports");
+            throw BadInput(file + ": this is not text; give the CSV file that the logger exports");
         if (line.starts_with("\xef\xbb\xbf"))
             line.erase(0, 3);
     }
@@ -119,13 +119,14 @@ private:
                    " is gravity alone or acceleration without gravity; record the raw "
                    "accelerometer");
         if (!options.rate && !columns->time)
-            refuse("there is no column of times; say how many readings a second there are with "
+            refuse("there is no column of times; give the number of readings per second with "
                    "--rate HZ");
     }
 
     void readSample(const Fields& fields) {
-        if (delimiter == ',' && fields.size() == 2 * columns->headings.size())
-            refuse("the line has twice as many fields as there are headings: decimal commas and "
+        if (recording.samples.empty() && delimiter == ',' &&
+            fields.size() == 2 * columns->headings.size())
+            refuse("this line has twice as many fields as there are headings: decimal commas and "
                    "commas between fields cannot be told apart; export with semicolons or decimal "
                    "points");
         try {
@@ -152,7 +153,7 @@ private:
         const std::string& field = fieldAt(fields, column);
         const auto value = parseNumber(field);
         if (!value)
-            throw NoReading(fmt::format("{} is no number: {}", name, inQuotes(field)));
+            throw NoReading(fmt::format("{} is not a number: {}", name, inQuotes(field)));
         return *value;
     }
 
@@ -165,11 +166,12 @@ private:
         const auto time = timesAreDates ? parseDateTime(field) : parseNumber(field);
         if (!time && first)
             refuse("the time in " + columns->nameOf(*columns->time) +
-                   " is neither a number nor an ISO date and time; say how many readings a second "
-                   "there are with --rate HZ");
+                   " is neither a number nor an ISO date and time; give the number of readings per "
+                   "second "
+                   "with --rate HZ");
         if (!time)
-            throw NoReading(fmt::format("the time is no {}: {}", timesAreDates ? "date" : "number",
-                                        inQuotes(field)));
+            throw NoReading(fmt::format("the time is not a {}: {}",
+                                        timesAreDates ? "date" : "number", inQuotes(field)));
         if (!first && *time < recording.samples.back().seconds) {
             ++outOfOrder;
             throw NoReading("the time is out of order");
@@ -194,7 +196,7 @@ private:
 Recording readRecording(const std::filesystem::path& path, const RecordingOptions& options,
                         std::ostream& complaints) {
     if (options.rate && !(*options.rate > 0 && std::isfinite(*options.rate)))
-        throw BadInput("--rate: must be above 0; say how many readings a second there are");
+        throw BadInput("--rate: must be above 0; give the number of readings per second");
     RecordingReader reader(path.string(), options, complaints);
     errno = 0;
     std::ifstream file(path, std::ios::binary);

@@ -137,7 +137,7 @@ TEST_F(ADetection, says_that_a_still_phone_is_too_tilted) {
 TEST_F(ADetection, says_that_a_still_phone_has_a_bad_sensor_or_another_unit) {
     keeps(screenUp(1, 0.85), 20);
     EXPECT_THAT(report(), HasSubstr("0.850 g  still, but not 1 g long\n"));
-    EXPECT_THAT(report(), HasSubstr("\nThe phone keeps still, but reads 0.85 g where 1 g is due; "
+    EXPECT_THAT(report(), HasSubstr("\nThe phone keeps still, but reads 0.85 g instead of 1 g; "
                                     "0.9 to 1.1 g pass.\n"));
 }
 
@@ -165,7 +165,7 @@ TEST_F(ADetection, repeats_what_was_assumed) {
 
 TEST_F(ADetection, does_not_take_a_dead_sensor_for_a_flat_phone) {
     keeps({0, 0, 0}, 4);
-    EXPECT_THAT(report(), HasSubstr("\nThe phone keeps still, but reads 0 g where 1 g is due"));
+    EXPECT_THAT(report(), HasSubstr("\nThe phone keeps still, but reads 0 g instead of 1 g"));
 }
 
 } // namespace

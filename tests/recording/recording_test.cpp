@@ -110,8 +110,8 @@ TEST_F(ARecording, keeps_several_readings_of_one_instant) {
 
 TEST_F(ARecording, without_times_needs_a_rate) {
     const std::string text = "x,y,z\n0,0,-1\n0,0,-1\n0,0,-1\n";
-    EXPECT_EQ(refusalOf(text), ":1: there is no column of times; say how many readings a second "
-                               "there are with --rate HZ");
+    EXPECT_EQ(refusalOf(text), ":1: there is no column of times; give the number of readings per "
+                               "second with --rate HZ");
     const Recording recording = read(text, {{}, {}, 4.0});
     EXPECT_DOUBLE_EQ(recording.samples[2].seconds, 0.5);
     EXPECT_DOUBLE_EQ(recording.duration(), 0.75);
@@ -146,14 +146,14 @@ TEST_F(ARecording, reports_the_lines_that_hold_no_reading_and_goes_on) {
                                      "0.6,0,0,0x1\n");
     EXPECT_EQ(recording.samples.size(), 3U);
     EXPECT_EQ(complaintLines(), (std::vector<std::string>{
-                                    ":3: y is no number: \"abc\"; the line is skipped",
+                                    ":3: y is not a number: \"abc\"; the line is skipped",
                                     ":4: 3 fields where at least 4 are needed; the line is skipped",
-                                    ":5: the time is no number: \"soon\"; the line is skipped",
-                                    ":6: x is no number: \"nan\"; the line is skipped",
-                                    ":7: y is no number: \"inf\"; the line is skipped",
-                                    ":8: z is no number: \"\"; the line is skipped",
+                                    ":5: the time is not a number: \"soon\"; the line is skipped",
+                                    ":6: x is not a number: \"nan\"; the line is skipped",
+                                    ":7: y is not a number: \"inf\"; the line is skipped",
+                                    ":8: z is not a number: \"\"; the line is skipped",
                                     ":11: the time is out of order; the line is skipped",
-                                    ":12: z is no number: \"0x1\"; the line is skipped"}));
+                                    ":12: z is not a number: \"0x1\"; the line is skipped"}));
     EXPECT_THAT(recording.remarks, Contains("skipped: 8 lines without a reading"));
 }
 
@@ -179,7 +179,7 @@ TEST_F(ARecording, only_counts_the_bad_lines_after_ten) {
 TEST_F(ARecording, keeps_control_characters_and_long_fields_out_of_its_complaints) {
     read("time,x,y,z\n0,0,0,1\n1,0,0,\x1b[31m" + std::string(1000, 'a') + "\n");
     ASSERT_EQ(complaintLines().size(), 1U);
-    EXPECT_THAT(complaintLines()[0], StartsWith(":3: z is no number: \"?[31maaaa"));
+    EXPECT_THAT(complaintLines()[0], StartsWith(":3: z is not a number: \"?[31maaaa"));
     EXPECT_LT(complaintLines()[0].size(), 120U);
 }
 
@@ -204,7 +204,7 @@ TEST_F(ARecording, may_have_text_before_its_headings) {
         read("Recorded by me; on 1, 2, 3 May\n\ntime,x,y,z\ns,g,g,g\n0,0,0,1\n").samples.size(),
         1U);
     EXPECT_EQ(complaintLines(),
-              std::vector<std::string>{":4: x is no number: \"g\"; the line is skipped"});
+              std::vector<std::string>{":4: x is not a number: \"g\"; the line is skipped"});
 }
 
 TEST_F(ARecording, without_headings_of_an_accelerometer_is_refused) {
@@ -220,19 +220,20 @@ TEST_F(ARecording, without_gravity_is_refused) {
     EXPECT_THAT(refusalOf("\"Time (s)\",\"Linear Acceleration x (m/s^2)\",\"Linear Acceleration y "
                           "(m/s^2)\",\"Linear Acceleration z (m/s^2)\"\n0,0,0,0.1\n"),
                 HasSubstr("record the raw accelerometer"));
-    EXPECT_THAT(refusalOf("time,x,y,z\n0,0.01,0,0.02\n"), HasSubstr("took gravity out"));
+    EXPECT_THAT(refusalOf("time,x,y,z\n0,0.01,0,0.02\n"), HasSubstr("removed gravity"));
 }
 
 TEST_F(ARecording, in_an_unknown_unit_is_refused_unless_the_user_says_it) {
     const std::string text = "time,x,y,z\n0,0,0,-64\n";
     EXPECT_EQ(refusalOf(text), ": the unit cannot be told: half of the readings are longer than "
-                               "64, where a phone at rest reads 1 g, 9.8 m/s² or 1000 mg; say the "
+                               "64, where a phone at rest reads 1 g, 9.8 m/s² or 1000 mg; give the "
                                "unit with --unit");
     expectReading(read(text, {AccelerationUnit::g, {}, {}}).samples[0].acceleration, 0, 0, -64);
 }
 
 TEST_F(ARecording, with_commas_for_all_purposes_is_refused) {
     EXPECT_THAT(refusalOf("time,x,y,z\n0,5,0,1,0,2,9,8\n"), HasSubstr("cannot be told apart"));
+    EXPECT_EQ(read("time,x,y,z\n0,0,0,1\n1,0,0,1,2,0,0,1\n").samples.size(), 2U);
 }
 
 TEST_F(ARecording, whose_time_runs_backwards_is_refused) {
@@ -246,7 +247,7 @@ TEST_F(ARecording, that_is_none_is_refused_in_one_line) {
     EXPECT_THAT(refusalOf("time,x,y,z\n"), HasSubstr("no line holds a reading"));
     EXPECT_THAT(refusalOf("\xff\xfet\0i\0"), HasSubstr("UTF-16; save it as UTF-8"));
     EXPECT_THAT(refusalOf("PK\x03\x04 and so on"), HasSubstr("unpack it"));
-    EXPECT_THAT(refusalOf(std::string("\x7f\x45LF\0\0", 6)), HasSubstr("this is no text"));
+    EXPECT_THAT(refusalOf(std::string("\x7f\x45LF\0\0", 6)), HasSubstr("this is not text"));
     EXPECT_THAT(refusalOf("\x80\x91\xfe;\"\r;;;\n\"\"\",,\x1b"),
                 HasSubstr("no line holds a reading"));
     EXPECT_THAT(refusalOf("time,x,y,z\n0,0,0,nan,5,5,5\n"), HasSubstr("no line holds a reading"));
