@@ -10,7 +10,7 @@
 
 namespace noctara {
 
-/// The values of the setting Sensitivity that the settings page offers are 0 to this one.
+/// The settings page offers a Sensitivity from 0 to this one.
 inline constexpr std::int32_t highestSensitivity = 9;
 
 /// One value for each Sensitivity from 0.

@@ -21,8 +21,7 @@ struct Recording {
     /// What was assumed to read the file, and which option changes it; one line each.
     std::vector<std::string> remarks;
 
-    /// Neither an option nor the headings tell the axis convention: screen up and screen down may
-    /// be exchanged.
+    /// The axis convention was not given, so that screen up and screen down may be exchanged.
     bool axesAreAssumed = false;
 
     /// In seconds, above 0. The last sample counts for one average step; a single sample lasts one

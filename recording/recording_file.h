@@ -1,4 +1,5 @@
-/// Reads the CSV files that accelerometer loggers write.
+/// Reads the CSV files that accelerometer loggers write: phyphox, Sensor Logger, SensorLog,
+/// AndroSensor, Physics Toolbox, MATLAB Mobile, and others with similar headings.
 #pragma once
 
 #include "recording/recording.h"
@@ -14,7 +15,8 @@ namespace noctara {
 /// which reports the reaction to gravity.
 enum class AxisConvention { ios, android };
 
-/// What is absent is told from the headings or the numbers.
+/// An absent unit is taken from the headings, else from the numbers; an absent axis convention from
+/// the unit.
 struct RecordingOptions {
     std::optional<AccelerationUnit> unit;
     std::optional<AxisConvention> axes;
@@ -24,9 +26,9 @@ struct RecordingOptions {
 };
 
 /// Fields are separated by semicolons, tabs or commas; numbers have decimal points or commas. The
-/// columns are found by their headings; without headings they are time, x, y, z, or x, y, z alone.
-/// Lines before the headings are ignored. A later line without a reading is skipped and reported to
-/// `complaints` as "FILE:LINE: ..."; after ten of them the rest is only counted.
+/// columns are found by their headings. Lines before the headings are ignored. A later line without
+/// a reading is skipped and reported to `complaints` as "FILE:LINE: ..."; after ten of them the
+/// rest is only counted.
 ///
 /// Returns at least one sample. Throws BadInput when the file cannot be used.
 Recording readRecording(const std::filesystem::path& path, const RecordingOptions& options,
