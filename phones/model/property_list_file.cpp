@@ -331,7 +331,7 @@ ParsedPropertyList parsePropertyList(std::string_view bytes) {
         if (bytes.size() > maximumBytes)
             throw UnreadablePropertyList("larger than 1 MiB");
         Node node;
-        if (isBinaryPropertyList(bytes)) {
+        if (bytes.starts_with("bplist00")) {
             checkBinaryPropertyList(bytes);
             plist_t parsed = nullptr;
             plist_from_bin(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &parsed);
