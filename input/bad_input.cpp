@@ -1,26 +1,24 @@
 #include "input/bad_input.h"
 
+#include "platform/utf8.h"
+
 namespace noctara {
 
 std::string inQuotes(std::string_view text) {
     constexpr std::size_t longest = 40;
-    std::string shown(text.substr(0, longest));
-    if (text.size() > longest) {
-        // Not in the middle of a UTF-8 character.
-        while (!shown.empty() && (static_cast<unsigned char>(shown.back()) & 0xC0U) == 0x80U)
-            shown.pop_back();
-        if (!shown.empty() && static_cast<unsigned char>(shown.back()) >= 0xC0U)
-            shown.pop_back();
-        shown += "...";
-    }
-    unsigned char previous = 0;
-    for (char& c : shown) {
-        const auto byte = static_cast<unsigned char>(c);
-        const bool strayControl =
-            byte >= 0x80 && byte < 0xA0 && (previous < 0x80 || previous == 0xC2);
-        if (byte < 0x20 || byte == 0x7F || strayControl)
-            c = '?';
-        previous = byte;
+    std::string shown;
+    for (std::string_view rest = text; !rest.empty();) {
+        const std::string_view before = rest;
+        const auto character = takeUtf8(rest);
+        if (!character)
+            rest.remove_prefix(1);
+        if (text.size() - rest.size() > longest) {
+            shown += "...";
+            break;
+        }
+        const bool isShown =
+            character && *character >= 0x20 && (*character < 0x7F || *character >= 0xA0);
+        shown += isShown ? before.substr(0, before.size() - rest.size()) : "?";
     }
     return '"' + shown + '"';
 }

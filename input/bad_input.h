@@ -14,7 +14,8 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// `text` between quotes, cut to a readable length and without control characters.
+/// `text` between quotes, cut to a readable length; each control character, and each byte that is
+/// no UTF-8, is a question mark.
 std::string inQuotes(std::string_view text);
 
 } // namespace noctara

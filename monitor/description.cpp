@@ -1,5 +1,7 @@
 #include "monitor/description.h"
 
+#include "platform/utf8.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -25,20 +27,6 @@ void appendEscaped(std::string& result, char32_t character) {
     }
 }
 
-/// Reads the character that begins at `place` and moves on behind it. Bytes that are no UTF-8 stand
-/// for themselves.
-char32_t nextCharacter(const std::string& text, std::size_t& place) {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned char first = byte(place++);
-    const std::size_t following = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : first >= 0xC0 ? 1 : 0;
-    if (following == 0 || place + following > text.size())
-        return first;
-    char32_t character = first & (0x3FU >> following);
-    for (std::size_t i = 0; i < following; ++i)
-        character = (character << 6) | (byte(place++) & 0x3FU);
-    return character;
-}
-
 /// Text in quotes, as the old property-list form wants it, unless it is one plain word.
 std::string quoted(const std::string& text) {
     const auto isPlain = [](unsigned char c) {
@@ -47,8 +35,13 @@ std::string quoted(const std::string& text) {
     if (!text.empty() && std::all_of(text.begin(), text.end(), isPlain))
         return text;
     std::string result = "\"";
-    for (std::size_t place = 0; place < text.size();) {
-        const char32_t character = nextCharacter(text, place);
+    for (std::string_view rest = text; !rest.empty();) {
+        // A byte that is no UTF-8 stands for itself.
+        const char32_t byte = static_cast<unsigned char>(rest.front());
+        const auto taken = takeUtf8(rest);
+        if (!taken)
+            rest.remove_prefix(1);
+        const char32_t character = taken.value_or(byte);
         if (character == '"' || character == '\\')
             (result += '\\') += static_cast<char>(character);
         else if (character == '\n')

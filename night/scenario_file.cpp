@@ -2,6 +2,7 @@
 #include "night/scenario_file.h"
 
 #include "input/bad_input.h"
+#include "input/file_reading.h"
 #include "night/scenario_events.h"
 #include "night/scenario_times.h"
 #include "night/scenario_values.h"
@@ -9,11 +10,8 @@
 #include "phones/model/local_time.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
-#include <fstream>
 #include <limits>
-#include <system_error>
 
 namespace noctara {
 
@@ -180,24 +178,12 @@ std::vector<Scenario::Wake> readWakes(const std::vector<TomlValue>& tables, cons
     return wakes;
 }
 
-/// At most one byte more than is accepted.
 std::string readText(const std::filesystem::path& file) {
-    constexpr std::size_t mostBytes = 1024 * 1024;
-    std::error_code ignored;
-    if (std::filesystem::is_directory(file, ignored))
-        throw BadInput(file.string() + ": is a directory; give the name of a scenario file");
-    errno = 0;
-    std::ifstream stream(file, std::ios::binary);
-    std::string text(mostBytes + 1, '\0');
-    if (!stream ||
-        (!stream.read(text.data(), static_cast<std::streamsize>(text.size())) && stream.bad()))
-        throw BadInput(file.string() + ": cannot be read: " +
-                       std::generic_category().message(errno != 0 ? errno : EIO) +
-                       "; give the name of a scenario file");
-    text.resize(static_cast<std::size_t>(stream.gcount()));
-    if (text.size() > mostBytes)
-        throw BadInput(file.string() + ": is too large; at most 1 MiB is accepted");
-    return text;
+    try {
+        return readFile(file, 1);
+    } catch (const UnreadableFile& error) {
+        throw BadInput(file.string() + ": " + error.what() + "; give the name of a scenario file");
+    }
 }
 
 } // namespace

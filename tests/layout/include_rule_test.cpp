@@ -26,7 +26,7 @@ const std::vector<Rule> rules{
     {"radios", {"platform"}, true},
     {"monitor", {"platform", "radios"}, true},
     {"host", {"platform", "radios", "monitor"}, true},
-    {"input", {}},
+    {"input", {"platform"}},
     {"phones/model", {"platform", "input"}},
     {"night", {"platform", "monitor", "input", "phones/model"}},
     {"recording", {"platform", "monitor", "input"}},

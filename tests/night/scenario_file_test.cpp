@@ -254,16 +254,16 @@ TEST_F(AScenarioFile, is_read_whole) {
 TEST_F(AScenarioFile, of_at_most_a_mebibyte_is_accepted) {
     EXPECT_EQ(refusalOf(written(std::string(1024 * 1024, '\n'))), "");
     const auto path = written(std::string(1024 * 1024 + 1, '\n'));
-    EXPECT_EQ(refusalOf(path), path.string() + ": is too large; at most 1 MiB is accepted");
+    EXPECT_EQ(refusalOf(path),
+              path.string() + ": larger than 1 MiB; give the name of a scenario file");
 }
 
 TEST_F(AScenarioFile, that_cannot_be_read_is_refused) {
     const auto missing = folder / "missing.toml";
     EXPECT_EQ(refusalOf(missing),
-              missing.string() +
-                  ": cannot be read: No such file or directory; give the name of a scenario file");
+              missing.string() + ": no such file; give the name of a scenario file");
     EXPECT_EQ(refusalOf(folder),
-              folder.string() + ": is a directory; give the name of a scenario file");
+              folder.string() + ": a folder, not a file; give the name of a scenario file");
 }
 
 TEST(TheManual, has_only_valid_scenarios) {

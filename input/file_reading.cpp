@@ -1,0 +1,31 @@
+#include "input/file_reading.h"
+
+#include <array>
+#include <cerrno>
+#include <fstream>
+#include <system_error>
+
+namespace noctara {
+
+std::string readFile(const std::filesystem::path& file, std::size_t mostMebibytes) {
+    const std::size_t mostBytes = mostMebibytes << 20;
+    std::error_code ignored;
+    if (std::filesystem::is_directory(file, ignored))
+        throw UnreadableFile("a folder, not a file");
+    errno = 0;
+    std::ifstream stream(file, std::ios::binary);
+    std::string bytes;
+    std::array<char, 1 << 14> part;
+    while (bytes.size() <= mostBytes &&
+           (stream.read(part.data(), part.size()), stream.gcount() > 0))
+        bytes.append(part.data(), static_cast<std::size_t>(stream.gcount()));
+    if (!stream.is_open() || stream.bad())
+        throw UnreadableFile(errno == ENOENT
+                                 ? "no such file"
+                                 : std::generic_category().message(errno ? errno : EIO));
+    if (bytes.size() > mostBytes)
+        throw UnreadableFile("larger than " + std::to_string(mostMebibytes) + " MiB");
+    return bytes;
+}
+
+} // namespace noctara

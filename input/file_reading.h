@@ -1,0 +1,21 @@
+/// The files that a user names, read whole.
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+
+namespace noctara {
+
+/// Its text is why a file cannot be read, without the name of the file: "no such file".
+class UnreadableFile : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The bytes of a file, or of a pipe up to its end. Throws UnreadableFile when it cannot be read,
+/// is a folder or holds more than `mostMebibytes`.
+std::string readFile(const std::filesystem::path& file, std::size_t mostMebibytes);
+
+} // namespace noctara
