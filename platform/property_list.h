@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -57,7 +58,17 @@ private:
     std::vector<DictionaryEntry> entries;
 };
 
+/// What a value was made of on a phone, which can say more than the value: an integer beyond 63
+/// bits, the sign of -0.0. Each phone derives its own and knows it again by its type.
+class PhoneObject {
+public:
+    virtual ~PhoneObject() = default;
+};
+
 /// One value of a property list.
+///
+/// A value that a phone read carries the phone's own object, so that a file that is read and
+/// written again keeps what it said. Copies carry the same object; comparison ignores it.
 class PropertyList {
 public:
     using Value =
@@ -75,14 +86,25 @@ public:
     PropertyList(Array array) : value(std::move(array)) {}
     PropertyList(Dictionary dictionary) : value(std::move(dictionary)) {}
 
+    PropertyList(PropertyList made, std::shared_ptr<const PhoneObject> of) :
+        value(std::move(made.value)), origin(std::move(of)) {}
+
     /// The value as a `T` of the variant; null when it is of another type.
     template <typename T>
     const T* as() const {
         return std::get_if<T>(&value);
     }
+    /// Likewise, to be changed: the value no longer carries an object of the phone.
     template <typename T>
     T* as() {
+        origin.reset();
         return std::get_if<T>(&value);
+    }
+
+    /// The object of the phone that the value was made of, if it is a `T`; otherwise null.
+    template <typename T>
+    const T* madeOf() const {
+        return dynamic_cast<const T*>(origin.get());
     }
 
     /// The platform's truth: a number that is not zero (not-a-number included); a string in which
@@ -101,6 +123,7 @@ public:
 
 private:
     Value value;
+    std::shared_ptr<const PhoneObject> origin;
 };
 
 struct DictionaryEntry {

@@ -35,8 +35,6 @@ public:
 
     void damage(const std::string& path) override { files[path] = std::nullopt; }
 
-    bool isShared() const override { return false; }
-
 private:
     /// A file without a value is damaged.
     std::unordered_map<std::string, std::optional<Dictionary>> files;
@@ -57,7 +55,7 @@ public:
 
     bool write(const std::string& path, const Dictionary& dictionary) override {
         makeFolderOf(path);
-        return writePropertyListFile(place(path), dictionary);
+        return writePropertyListFile(place(path), dictionary, Durability::buffered);
     }
 
     void remove(const std::string& path) override {
@@ -74,8 +72,6 @@ public:
         std::error_code ignored;
         std::filesystem::rename(cutOff, place(path), ignored);
     }
-
-    bool isShared() const override { return true; }
 
 private:
     std::filesystem::path place(const std::string& path) const {

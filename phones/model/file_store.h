@@ -29,9 +29,6 @@ public:
 
     /// Makes the file one that cannot be read.
     virtual void damage(const std::string& path) = 0;
-
-    /// Whether other programs can see the files.
-    virtual bool isShared() const = 0;
 };
 
 std::unique_ptr<FileStore> makeMemoryFileStore();

@@ -39,14 +39,15 @@ void FilesModel::bringUpToDate(const std::string& path) {
     if (!systemFiles.contains(resolvedPath(path)))
         return;
     const auto file = content(path);
-    const auto* dictionary = file.value ? file.value->as<Dictionary>() : nullptr;
-    if (dictionary && disk != DiskState::ok)
+    if (const auto* dictionary = file.value ? file.value->as<Dictionary>() : nullptr)
         store->write(resolvedPath(path), *dictionary);
 }
 
 void FilesModel::writeSystemFiles() {
+    if (disk != DiskState::ok)
+        return;
     for (const auto& [path, update] : systemFiles)
-        content(path);
+        bringUpToDate(path);
 }
 
 ParsedPropertyList FilesModel::content(const std::string& pathAsNamed) {
@@ -56,12 +57,8 @@ ParsedPropertyList FilesModel::content(const std::string& pathAsNamed) {
         return store->read(path);
 
     auto stored = store->exists(path) ? store->read(path) : ParsedPropertyList{Dictionary(), {}};
-    auto* dictionary = stored.value ? stored.value->as<Dictionary>() : nullptr;
-    if (!dictionary)
-        return stored;
-    systemFile->second(*dictionary);
-    if (store->isShared() && disk == DiskState::ok)
-        store->write(path, *dictionary);
+    if (auto* dictionary = stored.value ? stored.value->as<Dictionary>() : nullptr)
+        systemFile->second(*dictionary);
     return stored;
 }
 

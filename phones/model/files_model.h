@@ -29,10 +29,10 @@ public:
     void keepUpToDate(const std::string& path, std::function<void(Dictionary&)> update);
 
     /// Has the system write this file, if it is one of its own, whatever the disk is like: for
-    /// whoever reads it from the store without asking here.
+    /// whoever reads it from the store without asking here. Reading here writes nothing.
     void bringUpToDate(const std::string& path);
 
-    /// Has the system write its own files where other programs can see them.
+    /// Has the system write its own files, if the disk takes them, for other programs to see.
     void writeSystemFiles();
 
     bool isThere(const std::string& path) const;

@@ -1,8 +1,10 @@
 /// Property lists as bytes and as files, by way of libplist.
 #include "phones/model/property_list_file.h"
 
+#include "input/file_reading.h"
 #include "phones/model/property_list_date.h"
 #include "phones/model/property_list_guard.h"
+#include "platform/utf8.h"
 
 #include <atomic>
 #include <cerrno>
@@ -14,6 +16,7 @@
 #include <system_error>
 #include <utility>
 #include <variant>
+#include <vector>
 
 #include <fcntl.h>
 #include <plist/plist.h>
@@ -40,25 +43,21 @@ struct NodeFreeing {
 /// A libplist node that no other node owns.
 using Node = std::unique_ptr<void, NodeFreeing>;
 
-bool isUtf8(std::string_view text) {
-    for (std::size_t at = 0; at < text.size();) {
-        const auto lead = static_cast<std::uint8_t>(text[at++]);
-        if (lead < 0x80)
-            continue;
-        const int following = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
-        if (lead < 0xC2 || lead > 0xF4)
-            return false;
-        std::uint32_t character = lead & (0x3FU >> following);
-        for (int i = 0; i < following; ++i, ++at) {
-            if (at == text.size() || (static_cast<std::uint8_t>(text[at]) & 0xC0) != 0x80)
-                return false;
-            character = character << 6 | (static_cast<std::uint8_t>(text[at]) & 0x3F);
-        }
-        const std::uint32_t smallest = following == 3 ? 0x10000 : following == 2 ? 0x800 : 0x80;
-        if (character < smallest || character > 0x10FFFF || (character >> 11) == 0x1B)
-            return false;
-    }
-    return true;
+/// The node that a number was read from.
+struct NodeOfNumber final : PhoneObject {
+    explicit NodeOfNumber(plist_t number) : node(plist_copy(number)) {}
+
+    Node node;
+};
+
+PropertyList numberOf(plist_t node, PropertyList value) {
+    return {std::move(value), std::make_shared<NodeOfNumber>(node)};
+}
+
+double realOf(plist_t node) {
+    double real = 0;
+    plist_get_real_val(node, &real);
+    return real;
 }
 
 std::string checkedText(std::string text) {
@@ -142,13 +141,10 @@ PropertyList valueOf(plist_t node) {
     case PLIST_UINT: {
         std::uint64_t integer = 0;
         plist_get_uint_val(node, &integer);
-        return static_cast<std::int64_t>(integer);
+        return numberOf(node, static_cast<std::int64_t>(integer));
     }
-    case PLIST_REAL: {
-        double real = 0;
-        plist_get_real_val(node, &real);
-        return real;
-    }
+    case PLIST_REAL:
+        return numberOf(node, realOf(node));
     case PLIST_STRING: {
         const char* text = plist_get_string_ptr(node, &length);
         return checkedText(std::string(text, length));
@@ -220,7 +216,23 @@ Node nodeOf(const Dictionary& dictionary) {
 }
 
 Node nodeOf(const PropertyList& value) {
+    if (const auto* number = value.madeOf<NodeOfNumber>())
+        return Node(plist_copy(number->node.get()));
     return std::visit([](const auto& content) { return nodeOf(content); }, value.variant());
+}
+
+/// For each zero among the reals, in the order of the XML: whether it is -0.0.
+void collectZeros(const PropertyList& value, std::vector<bool>& areNegative) {
+    if (const auto* real = value.as<double>(); real && *real == 0) {
+        const auto* number = value.madeOf<NodeOfNumber>();
+        areNegative.push_back(number && std::signbit(realOf(number->node.get())));
+    } else if (const auto* array = value.as<Array>()) {
+        for (const PropertyList& item : *array)
+            collectZeros(item, areNegative);
+    } else if (const auto* dictionary = value.as<Dictionary>()) {
+        for (const auto& entry : *dictionary)
+            collectZeros(entry.value, areNegative);
+    }
 }
 
 class FileDescriptor {
@@ -239,37 +251,6 @@ public:
 private:
     int number;
 };
-
-[[noreturn]] void refuseForSystemError(int error) {
-    throw UnreadablePropertyList(error == ENOENT ? "no such file"
-                                                 : std::generic_category().message(error));
-}
-
-/// At most one byte more than can be parsed.
-std::string bytesOf(const std::filesystem::path& path) {
-    // A named pipe would otherwise wait for its writer.
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-    struct stat status {};
-    if (!file.isOpen() || ::fstat(file.get(), &status) != 0)
-        refuseForSystemError(errno);
-    if (S_ISDIR(status.st_mode))
-        throw UnreadablePropertyList("a folder, not a file");
-    if (!S_ISREG(status.st_mode))
-        throw UnreadablePropertyList("not a regular file");
-    std::string bytes(maximumBytes + 1, '\0');
-    std::size_t size = 0;
-    while (size < bytes.size()) {
-        const ssize_t count = ::read(file.get(), bytes.data() + size, bytes.size() - size);
-        if (count == 0)
-            break;
-        if (count > 0)
-            size += static_cast<std::size_t>(count);
-        else if (errno != EINTR)
-            refuseForSystemError(errno);
-    }
-    bytes.resize(size);
-    return bytes;
-}
 
 bool writeAll(int file, std::string_view bytes) {
     while (!bytes.empty()) {
@@ -293,9 +274,10 @@ public:
             ::unlink(path.c_str());
     }
 
-    bool fill(std::string_view bytes, std::optional<mode_t> mode) {
+    bool fill(std::string_view bytes, std::optional<mode_t> mode, Durability durability) {
         return file.isOpen() && (!mode || ::fchmod(file.get(), *mode) == 0) &&
-               writeAll(file.get(), bytes) && ::fsync(file.get()) == 0 && file.close();
+               writeAll(file.get(), bytes) &&
+               (durability == Durability::buffered || ::fsync(file.get()) == 0) && file.close();
     }
 
     bool takePlaceOf(const std::filesystem::path& target) {
@@ -349,17 +331,32 @@ ParsedPropertyList parsePropertyList(std::string_view bytes) {
 
 ParsedPropertyList readPropertyListFile(const std::filesystem::path& file) {
     try {
-        return parsePropertyList(bytesOf(file));
-    } catch (const UnreadablePropertyList& error) {
+        // A named pipe would wait for its writer.
+        std::error_code ignored;
+        if (std::filesystem::is_fifo(file, ignored))
+            return {std::nullopt, "not a regular file"};
+        return parsePropertyList(readFile(file, maximumBytes >> 20));
+    } catch (const UnreadableFile& error) {
         return {std::nullopt, error.what()};
     }
 }
 
 std::string propertyListXml(const PropertyList& value) {
-    return xmlOf(nodeOf(value).get());
+    std::string xml = xmlOf(nodeOf(value).get());
+    // libplist writes -0.0 without its sign. Text cannot look like a zero, as its "<" is escaped.
+    std::vector<bool> areNegative;
+    collectZeros(value, areNegative);
+    std::size_t at = 0;
+    for (const bool isNegative : areNegative) {
+        at = xml.find("<real>0.0</real>", at) + std::string_view("<real>").size();
+        if (isNegative)
+            xml.insert(at, "-");
+    }
+    return xml;
 }
 
-bool writePropertyListFile(const std::filesystem::path& file, const Dictionary& dictionary) {
+bool writePropertyListFile(const std::filesystem::path& file, const Dictionary& dictionary,
+                           Durability durability) {
     const std::string xml = propertyListXml(dictionary);
     if (!parsePropertyList(xml).value)
         return false;
@@ -369,8 +366,10 @@ bool writePropertyListFile(const std::filesystem::path& file, const Dictionary& 
         mode = status.st_mode & 07777;
     const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
     TemporaryFile temporary(folder);
-    if (!temporary.fill(xml, mode) || !temporary.takePlaceOf(file))
+    if (!temporary.fill(xml, mode, durability) || !temporary.takePlaceOf(file))
         return false;
+    if (durability == Durability::buffered)
+        return true;
     // The new file is in place whether or not the folder's entry can be forced to the disk.
     const FileDescriptor entries(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (entries.isOpen())

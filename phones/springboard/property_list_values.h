@@ -23,7 +23,8 @@ id objectOf(const PropertyList& value);
 /// The keys in the dictionary's own order.
 Dictionary dictionaryOf(NSDictionary* object);
 
-/// An object that no property list holds becomes its description.
+/// The value carries the object, which `objectOf` hands out again. An object that no property list
+/// holds becomes its description.
 PropertyList valueOf(id object);
 
 } // namespace noctara

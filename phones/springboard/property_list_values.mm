@@ -2,6 +2,53 @@
 
 namespace noctara {
 
+namespace {
+
+class FoundationObject final : public PhoneObject {
+public:
+    explicit FoundationObject(id theObject) : object([theObject retain]) {}
+    FoundationObject(const FoundationObject&) = delete;
+    FoundationObject& operator=(const FoundationObject&) = delete;
+    ~FoundationObject() override { [object release]; }
+
+    id get() const { return object; }
+
+private:
+    id object;
+};
+
+/// The value alone.
+PropertyList plainValueOf(id object) {
+    if ([object isKindOfClass:[NSNumber class]]) {
+        // The two truths are objects of their own, which tells them from the numbers 0 and 1.
+        if (object == [NSNumber numberWithBool:YES])
+            return true;
+        if (object == [NSNumber numberWithBool:NO])
+            return false;
+        const char type = *[object objCType];
+        if (type == 'd' || type == 'f')
+            return [object doubleValue];
+        return std::int64_t{[object longLongValue]};
+    }
+    if ([object isKindOfClass:[NSDate class]])
+        return Date{[object timeIntervalSince1970]};
+    if ([object isKindOfClass:[NSData class]]) {
+        const auto* bytes = static_cast<const std::uint8_t*>([object bytes]);
+        return Data(bytes, bytes + [object length]);
+    }
+    if ([object isKindOfClass:[NSArray class]]) {
+        Array array;
+        for (id item in object)
+            array.push_back(valueOf(item));
+        return array;
+    }
+    if ([object isKindOfClass:[NSDictionary class]])
+        return dictionaryOf(object);
+    return textOf([object description]);
+}
+
+} // namespace
+
 NSString* stringOf(const std::string& text) {
     NSString* string = [[NSString alloc] initWithBytes:text.data()
                                                 length:text.size()
@@ -31,6 +78,8 @@ NSDictionary* objectOf(const Dictionary& dictionary) {
 }
 
 id objectOf(const PropertyList& value) {
+    if (const auto* origin = value.madeOf<FoundationObject>())
+        return [[origin->get() retain] autorelease];
     if (const auto* truth = value.as<bool>())
         return [NSNumber numberWithBool:*truth];
     if (const auto* integer = value.as<std::int64_t>())
@@ -60,32 +109,9 @@ Dictionary dictionaryOf(NSDictionary* object) {
 }
 
 PropertyList valueOf(id object) {
-    if ([object isKindOfClass:[NSNumber class]]) {
-        // The two truths are objects of their own, which tells them from the numbers 0 and 1.
-        if (object == [NSNumber numberWithBool:YES])
-            return true;
-        if (object == [NSNumber numberWithBool:NO])
-            return false;
-        const char type = *[object objCType];
-        if (type == 'd' || type == 'f')
-            return [object doubleValue];
-        return std::int64_t{[object longLongValue]};
-    }
-    if ([object isKindOfClass:[NSDate class]])
-        return Date{[object timeIntervalSince1970]};
-    if ([object isKindOfClass:[NSData class]]) {
-        const auto* bytes = static_cast<const std::uint8_t*>([object bytes]);
-        return Data(bytes, bytes + [object length]);
-    }
-    if ([object isKindOfClass:[NSArray class]]) {
-        Array array;
-        for (id item in object)
-            array.push_back(valueOf(item));
-        return array;
-    }
-    if ([object isKindOfClass:[NSDictionary class]])
-        return dictionaryOf(object);
-    return textOf([object description]);
+    PropertyList value = plainValueOf(object);
+    return object ? PropertyList(std::move(value), std::make_shared<FoundationObject>(object))
+                  : value;
 }
 
 } // namespace noctara

@@ -40,7 +40,6 @@ public:
     }
     void remove(const std::string& path) override { others->remove(path); }
     void damage(const std::string& path) override { others->damage(path); }
-    bool isShared() const override { return false; }
 
 private:
     ParsedPropertyList list;

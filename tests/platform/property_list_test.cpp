@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -135,6 +136,28 @@ TEST(APropertyList, differs_from_one_of_another_type_with_the_same_truth) {
     EXPECT_FALSE(PropertyList(1) == PropertyList(1.0));
     EXPECT_FALSE(PropertyList("1") == PropertyList(1));
     EXPECT_FALSE(PropertyList(Date{1}) == PropertyList(1.0));
+}
+
+struct Note final : PhoneObject {};
+
+TEST(APropertyList, carries_the_object_that_it_was_made_of) {
+    const auto note = std::make_shared<Note>();
+    const PropertyList value(3, note);
+    EXPECT_EQ(value.madeOf<Note>(), note.get());
+    EXPECT_EQ(PropertyList(value).madeOf<Note>(), note.get());
+    EXPECT_EQ(value, PropertyList(3));
+    EXPECT_EQ(PropertyList(3).madeOf<Note>(), nullptr);
+}
+
+TEST(APropertyList, carries_no_object_of_another_phone) {
+    struct Other final : PhoneObject {};
+    EXPECT_EQ(PropertyList(3, std::make_shared<Other>()).madeOf<Note>(), nullptr);
+}
+
+TEST(APropertyList, that_is_changed_no_longer_carries_an_object) {
+    PropertyList value(3, std::make_shared<Note>());
+    *value.as<std::int64_t>() = 4;
+    EXPECT_EQ(value.madeOf<Note>(), nullptr);
 }
 
 TEST(ADictionary, keeps_the_order_of_insertion) {

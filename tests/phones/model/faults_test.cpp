@@ -195,6 +195,16 @@ TEST_F(TheSimulatedFiles, of_the_system_are_up_to_date_outside_at_the_end_of_the
     EXPECT_EQ(file.value, PropertyList(Dictionary{{"AirplaneMode", true}}));
 }
 
+TEST_F(TheSimulatedFiles, of_the_system_are_not_written_when_they_are_read) {
+    const TemporaryFolder folder;
+    switchOn(makeDirectoryFileStore(folder.path));
+    const std::string radios =
+        "/private/var/preferences/SystemConfiguration/com.apple.radios.plist";
+    std::filesystem::remove(folder.path.string() + radios);
+    EXPECT_EQ(files().readDictionary(radios), (Dictionary{{"AirplaneMode", false}}));
+    EXPECT_FALSE(std::filesystem::exists(folder.path.string() + radios));
+}
+
 TEST_F(TheSimulatedFiles, changed_by_others_are_no_calls) {
     scenario.settings = settings;
     switchOn();

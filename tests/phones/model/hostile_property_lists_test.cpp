@@ -187,7 +187,7 @@ TEST(AHostileList, of_unclosed_nested_xml_is_refused) {
 }
 
 TEST(AHostileList, may_not_hide_closing_tags_from_the_count_of_its_levels) {
-    for (const std::string& open :
+    for (const char* open :
          {"<array a=\"></array>\">", "<array><!-- > </array> -->", "<array><?a > </array> ?>",
           "<array><?a \"?></array>\"?>", "<array><!DOCTYPE plist [<!-- > </array> -->]>",
           "<array><!-- </plist> -->"})

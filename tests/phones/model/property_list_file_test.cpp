@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <bit>
 #include <csignal>
 #include <cstdint>
 #include <cstdlib>
@@ -212,6 +213,15 @@ protected:
         ASSERT_TRUE(run("python3 script.py"));
     }
 
+    /// As the monitor saves a setting.
+    void saveOneKey() const {
+        const ParsedPropertyList parsed = readPropertyListFile(file);
+        ASSERT_TRUE(parsed.value) << parsed.error;
+        Dictionary dictionary = *parsed.value->as<Dictionary>();
+        dictionary.set("saved", 7);
+        ASSERT_TRUE(writePropertyListFile(file, dictionary));
+    }
+
     void dump(const std::string& format) const {
         runPython("import datetime, plistlib\n"
                   "value = {'zeta': True, 'alpha': -42, 'real': 0.1,\n"
@@ -251,6 +261,41 @@ TEST_F(PythonPropertyListFile, made_binary_with_thousands_of_objects_is_read) {
     ASSERT_NE(array, nullptr);
     ASSERT_EQ(array->size(), 5000u);
     EXPECT_EQ((*array)[4321], PropertyList(Dictionary{{"n", 4321}, {"s", "4321"}}));
+}
+
+TEST_F(PythonPropertyListFile, keeps_all_other_values_when_one_key_is_saved) {
+    for (const char* format : {"FMT_XML", "FMT_BINARY"}) {
+        std::ofstream(folder / "values.py")
+            << "import datetime, plistlib\n"
+               "name = 'settings.plist'\n"
+               "format = plistlib."
+            << format
+            << "\n"
+               "value = {'greatest': 2**64 - 1, 'above': 2**63, 'below': 2**63 - 1,\n"
+               "    'least': -2**63, 'minus': -1, 'real': 0.1, 'minus zero': -0.0,\n"
+               "    'inside': [-0.0, {'a': -0.0, 'b': 2**64 - 1, 'c': 0}],\n"
+               "    'text': '<real>0.0</real>', 'truth': True, 'one': 1, 'uid': {'CF$UID': 300},\n"
+               "    'date': datetime.datetime(2012, 3, 4, 5, 6, 7), 'data': bytes([0, 255])}\n";
+        runPython("from values import *\n"
+                  "if format == plistlib.FMT_BINARY: value['uid'] = plistlib.UID(300)\n"
+                  "with open(name, 'wb') as file:\n"
+                  "    plistlib.dump(value, file, sort_keys=False, fmt=format)\n");
+        saveOneKey();
+        runPython("from values import *\n"
+                  "value['saved'] = 7\n"
+                  "with open(name, 'rb') as file: found = plistlib.load(file)\n"
+                  "assert repr(found) == repr(value), found\n");
+    }
+}
+
+TEST_F(PythonPropertyListFile, keeps_a_real_of_single_precision_when_one_key_is_saved) {
+    put(binaryOf({byte(0xD1) + byte(1) + byte(2), byte(0x51) + "f",
+                  byte(0x22) + bigEndian(std::bit_cast<std::uint32_t>(0.1F), 4)}));
+    saveOneKey();
+    runPython("import plistlib, struct\n"
+              "with open('settings.plist', 'rb') as file: value = plistlib.load(file)\n"
+              "assert value == {'f': struct.unpack('f', struct.pack('f', 0.1))[0],\n"
+              "    'saved': 7}, value\n");
 }
 
 TEST_F(PythonPropertyListFile, reads_what_is_written_here) {

@@ -46,6 +46,33 @@ TEST(AWrittenList, keeps_minus_zero_as_an_equal_zero) {
     EXPECT_EQ(readBack(-0.0), PropertyList(0.0));
 }
 
+TEST(AWrittenList, keeps_the_sign_of_each_zero_that_was_read) {
+    const std::string zeros = "<array>\n"
+                              "\t<real>0.0</real>\n"
+                              "\t<real>-0.0</real>\n"
+                              "\t<array>\n"
+                              "\t\t<real>-0.0</real>\n"
+                              "\t\t<real>-1.5</real>\n"
+                              "\t</array>\n"
+                              "\t<string>&lt;real&gt;0.0&lt;/real&gt;</string>\n"
+                              "\t<real>0.0</real>\n"
+                              "\t<real>-0.0</real>\n"
+                              "</array>";
+    const ParsedPropertyList parsed = parsePropertyList(listOf(zeros));
+    ASSERT_TRUE(parsed.value) << parsed.error;
+    EXPECT_EQ(*parsed.value->as<Array>()->begin(), PropertyList(0.0));
+    EXPECT_NE(propertyListXml(*parsed.value).find(zeros), std::string::npos);
+}
+
+TEST(AWrittenList, keeps_all_bits_of_an_unsigned_integer_that_was_read) {
+    const ParsedPropertyList parsed =
+        parsePropertyList(listOf("<integer>18446744073709551615</integer>"));
+    ASSERT_TRUE(parsed.value) << parsed.error;
+    EXPECT_EQ(*parsed.value, PropertyList(-1));
+    EXPECT_NE(propertyListXml(*parsed.value).find("<integer>18446744073709551615</integer>"),
+              std::string::npos);
+}
+
 TEST(AWrittenList, keeps_a_real_that_is_not_a_number) {
     const PropertyList value = readBack(std::numeric_limits<double>::quiet_NaN());
     ASSERT_NE(value.as<double>(), nullptr);

@@ -198,6 +198,33 @@ TEST_F(AStandInPhone, that_is_interrupted_ends_its_night_in_order) {
     }
 }
 
+TEST_F(AStandInPhone, keeps_the_other_values_of_the_settings_file_when_it_saves_missing_ones) {
+    const std::string night = write("night.toml", "timezone = \"Europe/Paris\"\nhours = 0.01\n");
+    const std::string preferences = "/private/var/mobile/Library/Preferences/";
+    for (const std::string& phone :
+         {"'" NOCTARA_SPRINGBOARD "' " + night, "'" NOCTARA_COMMAND "' night " + night}) {
+        fs::create_directories(file("phone" + preferences));
+        const std::string settings =
+            write("phone" + preferences + "com.quorbit.Noctara.plist",
+                  "<plist version=\"1.0\"><dict>"
+                  "<key>zero</key><real>-0.0</real><key>real</key><real>0.1</real>"
+                  "<key>date</key><date>2012-07-04T05:06:07Z</date><key>truth</key><true/>"
+                  "<key>inside</key><array><real>-0.0</real><integer>-1</integer></array>"
+                  "</dict></plist>");
+        EXPECT_EQ(run(phone + " --root '" + file("phone") + "'").exitCode, 0);
+        write("show.py",
+              "import plistlib\n"
+              "with open('" +
+                  settings +
+                  "', 'rb') as file: found = plistlib.load(file)\n"
+                  "for key in 'zero', 'real', 'date', 'truth', 'inside', 'Sensitivity':\n"
+                  "    print(repr(found[key]))\n");
+        EXPECT_EQ(run("python3 '" + file("show.py") + "'").output,
+                  "-0.0\n0.1\ndatetime.datetime(2012, 7, 4, 5, 6, 7)\nTrue\n[-0.0, -1]\n5\n")
+            << phone;
+    }
+}
+
 TEST_F(AStandInPhone, that_is_interrupted_leaves_the_files_of_its_last_moment) {
     // In the sleep state, from 22:33 on.
     const std::string night = write("night.toml", shortNight);
