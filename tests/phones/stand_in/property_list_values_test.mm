@@ -76,9 +76,8 @@ TEST_F(FoundationValues, of_a_file_stay_as_they_were_when_one_key_is_saved) {
                                             encoding:NSUTF8StringEncoding] autorelease];
     for (const char* element :
          {"<integer>-9223372036854775808</integer>", "<key>minus zero</key>\n    <real>-0</real>",
-          "<array>\n        <real>-0</real>\n        <real>0.1",
-          "<date>2012-03-04T05:06:07Z</date>", "<true/>", "<integer>1</integer>",
-          "<key>saved</key>\n    <integer>7</integer>"})
+          "<array>\n\t<real>-0</real>\n\t<real>0.1</real>", "<date>2012-03-04T05:06:07Z</date>",
+          "<true/>", "<integer>1</integer>", "<key>saved</key>\n    <integer>7</integer>"})
         EXPECT_THAT(textOf(text), testing::HasSubstr(element));
 }
 

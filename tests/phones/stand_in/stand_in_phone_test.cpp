@@ -206,7 +206,7 @@ TEST_F(AStandInPhone, keeps_the_other_values_of_the_settings_file_when_it_saves_
         fs::create_directories(file("phone" + preferences));
         const std::string settings =
             write("phone" + preferences + "com.quorbit.Noctara.plist",
-                  "<plist version=\"1.0\"><dict>"
+                  "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>"
                   "<key>zero</key><real>-0.0</real><key>real</key><real>0.1</real>"
                   "<key>date</key><date>2012-07-04T05:06:07Z</date><key>truth</key><true/>"
                   "<key>inside</key><array><real>-0.0</real><integer>-1</integer></array>"
