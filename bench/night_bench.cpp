@@ -1,5 +1,5 @@
-/// What a night costs, and its parts, with the files in memory and nobody watching. The monitor has
-/// a thread of its own that takes turns with the main one, so real time is what counts.
+/// The time of a night and of its parts, with files in memory and without observers. Real time is
+/// measured, because the monitor thread and the main thread take turns.
 #include "monitor/noctara_thread.h"
 #include "phones/simulated/simulated_phone.h"
 #include "tests/full_settings.h"
@@ -21,8 +21,9 @@ Scenario nightOf(std::optional<Dictionary> settings) {
     Scenario scenario;
     scenario.timezone = "Europe/Paris";
     scenario.settings = std::move(settings);
-    scenario.events = {{{scenario.start.secondsSince1970 + 3600}, "posture", "screen-down"},
-                       {{scenario.start.secondsSince1970 + 30000}, "posture", "in-hand"}};
+    const double start = scenario.start.secondsSince1970;
+    scenario.events = {{{start + 3600}, PostureChange{NamedPosture::ScreenDown}},
+                       {{start + 30000}, PostureChange{NamedPosture::InHand}}};
     return scenario;
 }
 
@@ -34,19 +35,19 @@ void playNights(benchmark::State& state, const Scenario& scenario) {
     }
 }
 
-/// 9.5 hours on a phone fresh from the shop: the defaults, written by the monitor itself.
+/// 9.5 hours on a new phone, with the defaults, which the monitor writes itself.
 void defaultNight(benchmark::State& state) {
     playNights(state, nightOf(std::nullopt));
 }
 BENCHMARK(defaultNight)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-/// The same with the time window on, which asks the calendar in every cycle.
+/// The same with the time window on: the monitor uses the calendar in every cycle.
 void nightWithTimeWindow(benchmark::State& state) {
     playNights(state, nightOf(busySettings(false)));
 }
 BENCHMARK(nightWithTimeWindow)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-/// A cycle with its reading, its wake-up and its wait, as part of a run of a thousand.
+/// A thousand cycles with reading, wake-up and wait.
 void cycles(benchmark::State& state, bool debug) {
     constexpr int cyclesInARun = 1000;
     for (auto _ : state) {
@@ -68,7 +69,7 @@ BENCHMARK_CAPTURE(cycles, debugOn, true)->Unit(benchmark::kMillisecond)->UseReal
 /// A monitor whose methods are called one by one.
 struct AMonitor {
     explicit AMonitor(const Scenario& scenario) : phone(scenario), monitor(phone.platform()) {
-        monitor.motionManager = phone.platform().motion.makeMotionManager();
+        monitor.motionManager = phone.platform().motion->makeMotionManager();
         monitor.reloadPreferences();
     }
 

@@ -1,11 +1,11 @@
-/// `noctara capabilities`: lists what the scenario's phone reports of itself.
+/// `noctara capabilities`: lists the capabilities of the scenario's phone.
 #pragma once
 
 #include "phones/model/scenario.h"
 
 namespace noctara {
 
-/// Prints the capability report of the scenario's phone on standard output.
+/// Prints the capabilities of the scenario's phone to standard output.
 void reportCapabilities(const Scenario& scenario);
 
 } // namespace noctara

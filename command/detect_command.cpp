@@ -13,7 +13,7 @@ namespace noctara {
 
 namespace {
 
-/// In percent. Only all readings are shown as 100, and only none as 0.
+/// In percent. 100 is shown only for all readings, and 0 only for none.
 double shownPercent(double share) {
     if (share <= 0 || share >= 1)
         return share * 100;
@@ -45,8 +45,7 @@ std::string describeTolerance(std::int32_t sensitivity) {
 
 void printSeconds(const Recording& recording, std::int32_t sensitivity, bool stillOffLength,
                   std::ostream& out) {
-    /// In seconds. The monitor keeps the latest reading during a gap, but repeating it tells
-    /// nothing.
+    /// In seconds. During a longer gap the latest reading is not printed again.
     constexpr double longestGap = 10.0;
     fmt::print(out, "\n second  off vertical   length  at Sensitivity {}: {}\n", sensitivity,
                describeTolerance(sensitivity));

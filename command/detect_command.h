@@ -1,4 +1,4 @@
-/// `noctara detect`: prints what the monitor's posture check makes of a recording.
+/// `noctara detect`: prints the results of the monitor's posture check on a recording.
 #pragma once
 
 #include "recording/recording.h"
@@ -9,12 +9,12 @@
 namespace noctara {
 
 struct DetectOptions {
-    /// As the setting of this name: the higher, the flatter the phone must lie.
+    /// The setting of this name. The higher it is, the flatter the phone must lie.
     std::int32_t sensitivity = 5;
 };
 
-/// Prints what was assumed of the file, the verdict for each second, the share of readings that
-/// pass at each Sensitivity, and which Sensitivity suits. There must be a sample.
+/// Prints the assumptions about the file, the verdict for each second, the share of readings that
+/// pass at each Sensitivity, and the suitable Sensitivity. There must be a sample.
 void detect(const Recording& recording, const DetectOptions& options, std::ostream& out);
 
 } // namespace noctara

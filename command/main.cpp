@@ -2,14 +2,14 @@
 #include "command/capabilities_command.h"
 #include "command/detect_command.h"
 #include "command/night_command.h"
+#include "command/replay_command.h"
 #include "input/bad_input.h"
+#include "input/command_line.h"
 #include "night/chosen_scenario.h"
 #include "recording/recording_file.h"
 
 #include <CLI/CLI.hpp>
 
-#include <cstdio>
-#include <exception>
 #include <iostream>
 #include <map>
 #include <optional>
@@ -19,10 +19,7 @@ namespace {
 
 using namespace noctara;
 
-constexpr int foundWrong = 1;
-constexpr int badInput = 2;
-
-/// An option whose value is one of a few words.
+/// Adds an option whose value is one of a few words.
 template <typename Choice>
 void addChoice(CLI::App& command, const std::string& name, std::optional<Choice>& chosen,
                const std::map<std::string, Choice>& choices, const std::string& typeName,
@@ -51,7 +48,7 @@ void addRecordingOptions(CLI::App& command, RecordingOptions& options) {
                                  {"mg", AccelerationUnit::milliG},
                                  {"m/s2", AccelerationUnit::metresPerSecondSquared}},
                                 "UNIT",
-                                "unit of the recording, if the data does not tell it: g, mg, m/s2");
+                                "unit of the recording, if the file does not give it: g, mg, m/s2");
     addChoice<AxisConvention>(
         command, "--axes", options.axes,
         {{"android", AxisConvention::android}, {"ios", AxisConvention::ios}}, "AXES",
@@ -62,26 +59,41 @@ void addRecordingOptions(CLI::App& command, RecordingOptions& options) {
         ->type_name("HZ");
 }
 
+void addTimeOptions(CLI::App& command, ScenarioOverrides& overrides) {
+    command
+        .add_option("--start", overrides.start,
+                    "local date and time to start at, such as 2014-03-01T22:30")
+        ->type_name("TIME");
+    command
+        .add_option("--end", overrides.end,
+                    "local date and time to end at, or a time such as 07:30")
+        ->type_name("TIME");
+    command
+        .add_option("--timezone", overrides.timezone,
+                    "time zone of the phone, such as Europe/Paris")
+        ->type_name("ZONE");
+}
+
 } // namespace
 
 int main(int count, char** arguments) {
     CLI::App app{"Noctara switches a phone's radios off while it lies still at night. This command "
-                 "plays its nights on a simulated phone."};
+                 "runs it on a simulated phone."};
     app.name("noctara");
     app.require_subcommand(1);
     app.footer("Exit codes: 0 fine, 1 the run found something wrong, 2 bad input.");
 
     NightOptions night;
     auto& nightCommand =
-        *app.add_subcommand("night", "Plays a night and tells what the phone did, and why");
+        *app.add_subcommand("night", "Plays a night and prints what the phone did and why");
     nightCommand
         .add_option("SCENARIO", night.scenario,
                     "scenario file (see docs/scenarios.md); without one, a typical night")
         ->type_name("");
-    nightCommand.add_flag("--log", night.log, "tell the lines of the system log as well");
+    nightCommand.add_flag("--log", night.log, "print the lines of the system log as well");
     nightCommand
         .add_option("--trace", night.trace,
-                    "write every call that the monitor makes of the phone to this file, as "
+                    "write every call of the monitor and every event to this file, as "
                     "JSON Lines (see docs/trace.md)")
         ->type_name("FILE");
     nightCommand
@@ -91,9 +103,9 @@ int main(int count, char** arguments) {
         ->type_name("FILE");
     nightCommand
         .add_option("--root", night.root,
-                    "keep the phone's files as real files below this folder, made if it is "
-                    "missing, instead of in memory; a settings file that is there is kept, unless "
-                    "--settings names another")
+                    "store the phone's files as real files below this folder instead of in "
+                    "memory; a missing folder is created, and an existing settings file is kept "
+                    "unless --settings is given")
         ->type_name("FOLDER");
     auto* const motion =
         nightCommand
@@ -103,37 +115,43 @@ int main(int count, char** arguments) {
             ->type_name("RECORDING");
     nightCommand
         .add_option("--motion-at", night.motionAt,
-                    "when the recording begins, as --start or as a time such as 23:30; "
+                    "when the recording begins, in the form of --start or as a time such as 23:30; "
                     "default: the start")
         ->type_name("TIME")
         ->needs(motion);
     addRecordingOptions(nightCommand, night.recording);
-    nightCommand
-        .add_option("--start", night.overrides.start,
-                    "local date and time to start at, such as 2014-03-01T22:30")
-        ->type_name("TIME");
-    nightCommand
-        .add_option("--end", night.overrides.end,
-                    "local date and time to end at, or a time such as 07:30")
-        ->type_name("TIME");
-    nightCommand
-        .add_option("--timezone", night.overrides.timezone,
-                    "time zone of the phone, such as Europe/Paris")
-        ->type_name("ZONE");
+    addTimeOptions(nightCommand, night.overrides);
+
+    ReplayOptions replayed;
+    auto& replayCommand = *app.add_subcommand(
+        "replay", "Prints the story of a trace, and where the trace differs from the rules");
+    replayCommand
+        .add_option("TRACE", replayed.trace,
+                    "trace of a night (see docs/trace.md); - is standard input")
+        ->type_name("")
+        ->required();
+    replayCommand
+        .add_option("--scenario", replayed.scenario,
+                    "scenario file of that night, for what a trace does not have: the time zone, "
+                    "the radios at the start, the names of applications")
+        ->type_name("FILE");
+    replayCommand.add_flag("--log", replayed.log, "print the lines of the system log as well");
+    addTimeOptions(replayCommand, replayed.overrides);
 
     std::filesystem::path recording;
     RecordingOptions recordingOptions;
     DetectOptions detection;
     auto& detectCommand = *app.add_subcommand(
-        "detect", "Tells which Sensitivity suits a phone, from a recording of its accelerometer");
+        "detect",
+        "Finds the Sensitivity that suits a phone, from a recording of its accelerometer");
     detectCommand
         .add_option("RECORDING", recording,
-                    "CSV file with time, x, y and z, as phone loggers write them")
+                    "CSV file with time, x, y and z, as written by a logger on a phone")
         ->type_name("")
         ->required();
     detectCommand
         .add_option("--sensitivity", detection.sensitivity,
-                    "the Sensitivity of the verdicts in the table by seconds")
+                    "Sensitivity for the verdicts in the table of seconds")
         ->capture_default_str();
     addRecordingOptions(detectCommand, recordingOptions);
 
@@ -145,31 +163,15 @@ int main(int count, char** arguments) {
                     "scenario file; without one, the phone of the typical night")
         ->type_name("");
 
-    try {
-        app.parse(count, arguments);
-    } catch (const CLI::ParseError& error) {
-        if (error.get_exit_code() == 0)
-            return app.exit(error);
-        std::cerr << "noctara: " << error.what() << " (--help tells what there is)\n";
-        return badInput;
-    }
-
-    try {
-        int exitCode = 0;
+    return runCommandLine(app, count, arguments, [&] {
         if (nightCommand.parsed())
-            exitCode = playNight(night, std::cout, std::cerr);
-        else if (detectCommand.parsed())
+            return playNight(night, std::cout, std::cerr);
+        if (replayCommand.parsed())
+            return replay(replayed, std::cout);
+        if (detectCommand.parsed())
             detect(readRecording(recording, recordingOptions, std::cerr), detection, std::cout);
         else
             reportCapabilities(chosenScenario(capabilitiesScenario, {}));
-        if (std::cout.flush() && std::fflush(stdout) == 0)
-            return exitCode;
-        std::cerr << "noctara: the output could not be written whole\n";
-    } catch (const BadInput& error) {
-        std::cerr << "noctara: " << error.what() << '\n';
-        return badInput;
-    } catch (const std::exception& error) {
-        std::cerr << "noctara: " << error.what() << '\n';
-    }
-    return foundWrong;
+        return 0;
+    });
 }

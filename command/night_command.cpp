@@ -18,13 +18,14 @@ namespace {
 Dictionary readSettings(const std::filesystem::path& file) {
     auto parsed = readPropertyListFile(file);
     if (!parsed.value)
-        throw BadInput(fmt::format("{}: {}; a property list, XML or binary, would do",
-                                   file.string(), parsed.error));
+        throw BadInput(fmt::format("{}: {}; give an XML or binary property list", file.string(),
+                                   parsed.error));
     auto* dictionary = parsed.value->as<Dictionary>();
     if (!dictionary)
-        throw BadInput(fmt::format("{}: the top level is no dictionary; a settings file maps keys "
-                                   "such as Enabled to values",
-                                   file.string()));
+        throw BadInput(
+            fmt::format("{}: the top level is not a dictionary; a settings file maps keys "
+                        "such as Enabled to values",
+                        file.string()));
     return *dictionary;
 }
 
@@ -32,9 +33,8 @@ Date motionBegin(const std::string& text, const Scenario& scenario) {
     const Date begin = instantOrNext(writtenTime("--motion-at", text, TimeForm::DayOptional),
                                      TimeZone(scenario.timezone), scenario.start);
     if (begin >= scenario.end)
-        throw BadInput(fmt::format("--motion-at: {} is after the end of the night; an earlier time "
-                                   "would do",
-                                   inQuotes(text)));
+        throw BadInput(fmt::format(
+            "--motion-at: {} is after the end of the night; give an earlier time", inQuotes(text)));
     return begin;
 }
 
@@ -51,7 +51,7 @@ std::unique_ptr<FileStore> fileStore(const NightOptions& options) {
     if (!options.root)
         return makeMemoryFileStore();
     auto store = makeDirectoryFileStore(*options.root);
-    // A settings file that is there stays, unless another is asked for.
+    // An existing settings file is kept unless the user gives another one.
     if (options.settings)
         store->remove(settingsFilePath);
     return store;
@@ -79,24 +79,27 @@ int playNight(const NightOptions& options, std::ostream& out, std::ostream& comp
     SimulatedPhone phone(scenario, fileStore(options));
     if (motion)
         phone.motion.source = [&]() -> std::optional<Acceleration> {
-            const double since = phone.clock.elapsedClock - motionBegins.secondsSince1970;
+            const double since = phone.clock.monotonic - motionBegins.secondsSince1970;
             return since < 0 ? phone.motion.posedSample() : motion->at(since);
         };
-    NightReport report(phone, out, options.log, trace ? &*trace : nullptr);
+    NightReport report(
+        scenario, [&] { return phone.now(); }, out, options.log, trace ? &*trace : nullptr);
+    phone.observe(report);
+    monitorObserver = &report;
     if (motion)
         report.story.tellOfRecording(options.motion->filename().string(), motionBegins,
                                      motion->remarks);
 
-    std::optional<std::string> endedEarly;
+    std::optional<std::string> wrong;
     try {
         phone.launch();
         if (!NoctaraInstance)
-            report.story.tellOfInertness(scenario.phone.bundle);
+            report.story.tellOfInertness();
         phone.playToTheEnd();
     } catch (const std::exception& error) {
-        endedEarly = error.what();
+        wrong = std::string("the night ended early: ") + error.what();
     }
-    return report.finish(endedEarly);
+    return report.finish(wrong);
 }
 
 } // namespace noctara

@@ -1,4 +1,4 @@
-/// `noctara night`: plays a scenario and tells its story.
+/// `noctara night`: plays a scenario and prints its story.
 #pragma once
 
 #include "night/scenario_file.h"
@@ -23,8 +23,8 @@ struct NightOptions {
     RecordingOptions recording;
 };
 
-/// Plays the night. The result is the command's exit code: 0, or 1 when the run found something
-/// wrong. Throws BadInput, with nothing written, when an input cannot be used.
+/// Plays the night. Returns the command's exit code: 0, or 1 if the run found something wrong.
+/// Throws BadInput, before it has written anything to `out`, if an input cannot be used.
 int playNight(const NightOptions& options, std::ostream& out, std::ostream& complaints);
 
 } // namespace noctara

@@ -1,5 +1,5 @@
-/// How the library enters SpringBoard: the load-time routine and the two hooks, all on the main
-/// thread.
+/// The load-time routine and the two hooks through which SpringBoard calls the library. All of them
+/// run on the main thread.
 #include "host/host.h"
 #include "platform/charger.h"
 #include "platform/system_log.h"
@@ -22,8 +22,8 @@ namespace {
 
 template <typename Function>
 void hook(const char* className, const char* selector, Function* replacement, Function*& original) {
-    HostProcess& process = processPlatform->process;
-    // The slot itself: the method can be called as soon as it is hooked.
+    HostProcess& process = *processPlatform->process;
+    // Pass the variable itself, so that it is set before the hooked method can be called.
     process.hookMessage(process.findClass(className), selector,
                         reinterpret_cast<Implementation>(replacement),
                         reinterpret_cast<Implementation&>(original));
@@ -32,7 +32,7 @@ void hook(const char* className, const char* selector, Function* replacement, Fu
 } // namespace
 
 void NoctaraInitialize() {
-    if (!processPlatform || processPlatform->process.bundleIdentifier() != "com.apple.springboard")
+    if (!processPlatform || processPlatform->process->bundleIdentifier() != "com.apple.springboard")
         return;
     hook("SpringBoard",
          "applicationDidFinishLaunching:", $SpringBoard$applicationDidFinishLaunching$,
@@ -48,10 +48,10 @@ bool isDebug() {
 void $SpringBoard$applicationDidFinishLaunching$(ObjectRef self, SelectorRef selector,
                                                  ObjectRef application) {
     orig_SpringBoard_applicationDidFinishLaunching(self, selector, application);
-    processPlatform->log.write("Noctara hooked SpringBoard !");
-    NoctaraInstance = new (std::nothrow) NoctaraThread(*processPlatform);
+    processPlatform->log->write("Noctara hooked SpringBoard !");
+    NoctaraInstance = new (std::nothrow) NoctaraThread(*processPlatform, monitorObserver);
     if (isDebug())
-        processPlatform->log.write("Noctara thread started !");
+        processPlatform->log->write("Noctara thread started !");
     registerPowerListener();
     if (NoctaraInstance)
         NoctaraInstance->start();
@@ -61,11 +61,11 @@ void replaced_SBUIController_ACPowerChanged(ObjectRef self, SelectorRef selector
     orig_SBUIController_ACPowerChanged(self, selector);
     if (!NoctaraInstance)
         return;
-    const bool onAC = processPlatform->charger.isOnAC(self);
+    const bool onAC = processPlatform->charger->isOnAC(self);
     NoctaraInstance->setACState(onAC);
     if (isDebug())
-        processPlatform->log.write(onAC ? "Noctara ACPowerChanged to CHARGING"
-                                        : "Noctara ACPowerChanged to ON BATTERY");
+        processPlatform->log->write(onAC ? "Noctara ACPowerChanged to CHARGING"
+                                         : "Noctara ACPowerChanged to ON BATTERY");
 }
 
 } // namespace noctara

@@ -1,5 +1,5 @@
-/// The library's entry points, as the loader, SpringBoard and the system call them. The functions
-/// with C linkage are exported (but for the launch hook), and nothing else is.
+/// The library's entry points, as the loader, SpringBoard and the system call them. Of what is
+/// declared here, the library exports the functions with C linkage, the launch hook excepted.
 #pragma once
 
 #include "monitor/noctara_thread.h"
@@ -17,15 +17,16 @@
 
 namespace noctara {
 
+/// The one monitor; null until SpringBoard has finished launching, and never cleared there.
+extern NoctaraThread* NoctaraInstance;
+
 extern "C" {
 
-/// The one monitor, a C++ object; null until SpringBoard has finished launching, and never cleared.
-NOCTARA_EXPORT extern NoctaraThread* NoctaraInstance;
-
-/// Run once when the library is loaded: hooks SpringBoard, and in any other process does nothing.
+/// The loader calls it once, when it loads the library. Hooks SpringBoard's methods. Does nothing
+/// in any other process.
 NOCTARA_EXPORT void NoctaraInitialize();
 
-/// Whether the monitor writes its debug lines; false before there is one.
+/// Whether the monitor writes debug lines. False while there is no monitor.
 NOCTARA_EXPORT bool isDebug();
 
 /// Replaces `-[SpringBoard applicationDidFinishLaunching:]`: creates and starts the monitor.
@@ -35,15 +36,19 @@ void $SpringBoard$applicationDidFinishLaunching$(ObjectRef self, SelectorRef sel
 /// Replaces `-[SBUIController ACPowerChanged]`: passes the charger's state on to the monitor.
 NOCTARA_EXPORT void replaced_SBUIController_ACPowerChanged(ObjectRef self, SelectorRef selector);
 
-/// Registers for the system's power messages, on the run loop of the calling thread. A second call
-/// does nothing.
+/// Registers for the system's power messages, on the run loop of the calling thread. Does nothing
+/// once a registration has succeeded.
 NOCTARA_EXPORT void registerPowerListener();
 
-/// Answers the system's power messages: refuses idle sleep during a countdown.
+/// Answers the system's power messages. Refuses idle sleep while `switchingToAirplane` is set.
 NOCTARA_EXPORT void MySleepCallBack(void* refcon, std::uint32_t service, std::uint32_t messageType,
                                     void* messageArgument);
 
 } // extern "C"
+
+/// The observer of the monitor's decisions, or null. The provider of the phone sets it before
+/// SpringBoard has launched. It stays null in SpringBoard itself.
+inline MonitorObserver* monitorObserver = nullptr;
 
 /// The implementations that the two hooks replaced.
 extern void (*orig_SpringBoard_applicationDidFinishLaunching)(ObjectRef, SelectorRef, ObjectRef);
@@ -52,7 +57,8 @@ extern void (*orig_SBUIController_ACPowerChanged)(ObjectRef, SelectorRef);
 /// The connection to the root power domain; 0 until the registration has succeeded.
 extern PowerConnection root_port;
 
-/// The run loop that delivers the power messages.
+/// The run loop of the thread that registered for the power messages. Null before the first
+/// attempt, and set even if that failed.
 extern RunLoopRef registeredRunLoop;
 
 } // namespace noctara

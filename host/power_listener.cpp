@@ -1,5 +1,5 @@
-/// The answers to the system's power messages. They come on the main thread; the monitor thread
-/// sets the flag that decides.
+/// Answers the system's power messages, on the main thread. The answer depends on a flag that the
+/// monitor thread sets.
 #include "host/host.h"
 #include "platform/system_log.h"
 
@@ -14,7 +14,7 @@ namespace {
 
 void debugLog(const char* text) {
     if (isDebug())
-        processPlatform->log.write(text);
+        processPlatform->log->write(text);
 }
 
 } // namespace
@@ -24,13 +24,13 @@ void registerPowerListener() {
         debugLog("Noctara already registered to power events!");
         return;
     }
-    SystemPower& power = processPlatform->power;
+    SystemPower& power = *processPlatform->power;
     NotificationPortRef port = nullptr;
     root_port = power.registerForSystemPower(MySleepCallBack, port);
     debugLog(root_port != 0 ? "Noctara IORegisterForSystemPower done"
                             : "Noctara IORegisterForSystemPower failed");
     registeredRunLoop = power.currentRunLoop();
-    // A failed registration gives no port to listen at.
+    // A failed registration sets no port.
     if (port)
         power.addSource(registeredRunLoop, port);
 }
@@ -42,9 +42,9 @@ void MySleepCallBack(void*, std::uint32_t, std::uint32_t messageType, void* mess
         std::snprintf(line, sizeof line, "Noctara messageType %08lx, arg %08lx",
                       static_cast<unsigned long>(messageType),
                       static_cast<unsigned long>(notification));
-        processPlatform->log.write(line);
+        processPlatform->log->write(line);
     }
-    SystemPower& power = processPlatform->power;
+    SystemPower& power = *processPlatform->power;
     switch (messageType) {
     case kIOMessageSystemWillSleep:
         power.allowPowerChange(root_port, notification);

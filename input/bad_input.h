@@ -1,4 +1,4 @@
-/// What every tool throws when a file or an option of the user's cannot be used.
+/// The error for a file or an option of the user that cannot be used.
 #pragma once
 
 #include <stdexcept>
@@ -7,15 +7,15 @@
 
 namespace noctara {
 
-/// Its text is the one line for the user: "FILE:LINE:COLUMN: what is wrong; what would do", with as
-/// much of the place as is known.
+/// The text is one line for the user: "FILE:LINE:COLUMN: what is wrong; what is accepted", without
+/// the parts of the position that are not known.
 class BadInput : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// `text` between quotes, cut to a readable length; each control character, and each byte that is
-/// no UTF-8, is a question mark.
+/// `text` in quotes, cut after 40 bytes. A question mark replaces each control character and each
+/// byte that is not UTF-8.
 std::string inQuotes(std::string_view text);
 
 } // namespace noctara

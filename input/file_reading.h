@@ -1,4 +1,4 @@
-/// The files that a user names, read whole.
+/// Reads whole files.
 #pragma once
 
 #include <cstddef>
@@ -8,14 +8,14 @@
 
 namespace noctara {
 
-/// Its text is why a file cannot be read, without the name of the file: "no such file".
+/// The text says why a file cannot be read, without the name of the file: "no such file".
 class UnreadableFile : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// The bytes of a file, or of a pipe up to its end. Throws UnreadableFile when it cannot be read,
-/// is a folder or holds more than `mostMebibytes`.
+/// The bytes of a file, or of a pipe up to its end. Throws UnreadableFile if it cannot be read, is
+/// a folder or holds more than `mostMebibytes` MiB.
 std::string readFile(const std::filesystem::path& file, std::size_t mostMebibytes);
 
 } // namespace noctara

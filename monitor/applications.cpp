@@ -1,4 +1,4 @@
-/// Applications that are launched with the sleep state and quit with it.
+/// The applications that are launched when the sleep state begins and quit when it ends.
 #include "platform/applications.h"
 #include "monitor/noctara_thread.h"
 
@@ -8,8 +8,8 @@ namespace noctara {
 
 void NoctaraThread::startStopApplications(bool start) {
     const std::lock_guard guard(lock);
-    auto* controller = platform.applications.sharedController(
-        platform.process.findClass("SBApplicationController"));
+    auto* controller = platform.applications->sharedController(
+        platform.process->findClass("SBApplicationController"));
     if (!controller)
         return;
     controller->allApplications([&](Application& application) {
@@ -18,7 +18,7 @@ void NoctaraThread::startStopApplications(bool start) {
         if (_DEBUG_)
             debugLog(start ? "Noctara Launching app displayName=%s"
                            : "Noctara Killing app displayName=%s",
-                     application.displayName().c_str());
+                     application.displayName().value_or("(null)").c_str());
         if (!start) {
             application.resumeToQuit();
             application.kill();
@@ -30,11 +30,11 @@ void NoctaraThread::startStopApplications(bool start) {
     });
 }
 
-/// Throws when the list changes under the walk, which the lock allows to its own thread.
+/// Throws if the list changes during the loop; the recursive lock allows its own thread to do that.
 bool NoctaraThread::isToBeStarted(Application& application) {
     const unsigned changesBefore = applicationListChanges;
     for (std::size_t i = 0; i < applicationsToStart.size(); ++i) {
-        const std::string identifier = application.displayIdentifier();
+        const auto identifier = application.displayIdentifier();
         if (applicationListChanges != changesBefore)
             throw std::logic_error("applicationsToStart was changed while it was being walked");
         if (applicationsToStart[i] == identifier)
@@ -44,8 +44,8 @@ bool NoctaraThread::isToBeStarted(Application& application) {
 }
 
 bool NoctaraThread::activateApplication(Application* application) {
-    auto* controller = platform.applications.sharedController(
-        platform.process.findClass("SBApplicationController"));
+    auto* controller = platform.applications->sharedController(
+        platform.process->findClass("SBApplicationController"));
     Application* const homeScreen = controller ? controller->springBoard() : nullptr;
     Application* const target = application ? application : homeScreen;
     Application* front = topApplication();
@@ -54,9 +54,10 @@ bool NoctaraThread::activateApplication(Application* application) {
     if (front == target)
         return false;
 
-    auto* icons = platform.applications.sharedIconModel(platform.process.findClass("SBIconModel"));
+    auto* icons =
+        platform.applications->sharedIconModel(platform.process->findClass("SBIconModel"));
     if (icons && target) {
-        const std::string identifier = target->displayIdentifier();
+        const std::string identifier = target->displayIdentifier().value_or("");
         Icon* const icon = icons->respondsToLeafIconForIdentifier()
                                ? icons->leafIconForIdentifier(identifier)
                                : icons->iconForDisplayIdentifier(identifier);
@@ -67,8 +68,8 @@ bool NoctaraThread::activateApplication(Application* application) {
 }
 
 Application* NoctaraThread::topApplication() {
-    return platform.applications.respondsToFrontMostApplication()
-               ? platform.applications.frontMostApplication()
+    return platform.applications->respondsToFrontMostApplication()
+               ? platform.applications->frontMostApplication()
                : nullptr;
 }
 

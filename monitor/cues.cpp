@@ -1,15 +1,15 @@
-/// Sounds and the vibration, which the main thread plays.
+/// Sounds and the vibration. The main thread plays them.
 #include "monitor/noctara_thread.h"
 
 namespace noctara {
 
 void NoctaraThread::playAudioOnMainThread(SoundID sound) {
     currentSoundId = sound;
-    platform.threads.performOnMainThread("playAudioAsync", [this] { playAudioAsync(); });
+    platform.threads->performOnMainThread("playAudioAsync", [this] { playAudioAsync(); });
 }
 
 void NoctaraThread::playAudioAsync() {
-    platform.sounds.play(currentSoundId);
+    platform.sounds->play(currentSoundId);
 }
 
 } // namespace noctara

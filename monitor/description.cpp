@@ -27,7 +27,8 @@ void appendEscaped(std::string& result, char32_t character) {
     }
 }
 
-/// Text in quotes, as the old property-list form wants it, unless it is one plain word.
+/// Text as in an old-style property list: in quotes, unless it consists of ASCII letters and
+/// digits.
 std::string quoted(const std::string& text) {
     const auto isPlain = [](unsigned char c) {
         return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
@@ -36,7 +37,7 @@ std::string quoted(const std::string& text) {
         return text;
     std::string result = "\"";
     for (std::string_view rest = text; !rest.empty();) {
-        // A byte that is no UTF-8 stands for itself.
+        // A byte that is not UTF-8 is printed as the character with its number.
         const char32_t byte = static_cast<unsigned char>(rest.front());
         const auto taken = takeUtf8(rest);
         if (!taken)
@@ -68,7 +69,7 @@ std::string describe(const Data& data) {
     return result + '>';
 }
 
-/// A nested value stands behind its own margin even where it follows "key = ".
+/// The platform writes the margin of a nested value even after "key = ".
 std::string describe(const Array& array, std::size_t indent) {
     const std::string margin(indent, ' ');
     std::string result = margin + "(\n";

@@ -1,4 +1,4 @@
-/// Face-down detection: one reading of the accelerometer, which runs only meanwhile.
+/// Face-down detection. The accelerometer runs only during a reading.
 #include "monitor/noctara_thread.h"
 #include "monitor/posture.h"
 #include "platform/clock.h"
@@ -19,23 +19,28 @@ constexpr unsigned settleTime = 1;
 bool NoctaraThread::checkState() {
     motionManager->startAccelerometerUpdates();
     motionManager->setAccelerometerUpdateInterval(updateInterval);
-    platform.clock.sleep(settleTime);
+    platform.clock->sleep(settleTime);
 
     double angle;
     double length = 0;
+    auto source = Reading::Source::accelerometer;
     if (const auto gravity = motionManager->deviceMotion()) {
-        // A phone that delivers fused samples is never taken as lying: a length of 0 fails.
+        // The length stays 0, so a device-motion sample never counts as lying.
         angle = gravity->z;
+        source = Reading::Source::deviceMotion;
     } else {
-        const auto sample = motionManager->accelerometerData().value_or(Acceleration{});
+        const auto measured = motionManager->accelerometerData();
+        if (!measured)
+            source = Reading::Source::nothing;
+        const auto sample = measured.value_or(Acceleration{});
         angle = computeTiltAngle(&length, sample.x, sample.y, sample.z);
         debugLog("Noctara : angle du device = %f rad -> %f°, norme du vecteur = %f", angle,
                  angle * degreesPerRadian, length);
     }
     const double smallest = std::min(400.0, angle);
     const double largest = std::max(-400.0, angle);
-    // The place of the pause between samples, of which there is one.
-    platform.clock.sleep(0);
+    // The pause between samples. There is only one sample, so the pause is 0 s.
+    platform.clock->sleep(0);
     motionManager->stopAccelerometerUpdates();
 
     debugLog("Noctara : angle / Z axis : %0.3f", angle);
@@ -43,7 +48,9 @@ bool NoctaraThread::checkState() {
     debugLog("Noctara : delta angle = %0.4f", std::abs(largest - smallest));
     const double tolerance = postureTolerance(sensitivity);
     debugLog("Noctara : tolerance = %0.6f rad, %0.3f°", tolerance, tolerance * degreesPerRadian);
-    return liesInPosture(angle, length, tolerance, screenDown);
+    const bool lies = liesInPosture(angle, length, tolerance, screenDown);
+    report([&] { return Reading{source, angle, length, tolerance, screenDown, lies}; });
+    return lies;
 }
 
 } // namespace noctara

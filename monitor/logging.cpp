@@ -26,7 +26,7 @@ namespace {
 void NoctaraThread::log(const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
-    platform.log.write(formatted(format, arguments));
+    platform.log->write(formatted(format, arguments));
     va_end(arguments);
 }
 
@@ -35,7 +35,7 @@ void NoctaraThread::debugLog(const char* format, ...) {
         return;
     va_list arguments;
     va_start(arguments, format);
-    platform.log.write(formatted(format, arguments));
+    platform.log->write(formatted(format, arguments));
     va_end(arguments);
 }
 

@@ -1,4 +1,4 @@
-/// The monitor object: how it comes to life, and what the outside tells it.
+/// The monitor object: construction, start, notifications and waiting.
 #include "monitor/noctara_thread.h"
 
 #include "platform/charger.h"
@@ -10,19 +10,21 @@ namespace noctara {
 
 int settingsNotificationToken = 0;
 
-NoctaraThread::NoctaraThread(const Platform& phone) : platform(phone) {
-    if (ClassRef controllerClass = platform.process.findClass("SBUIController"))
-        ACState = platform.charger.isOnAC(platform.charger.sharedController(controllerClass));
+NoctaraThread::NoctaraThread(const Platform& phone, MonitorObserver* told) :
+    platform(phone), observer(told) {
+    if (ClassRef controllerClass = platform.process->findClass("SBUIController"))
+        ACState = platform.charger->isOnAC(platform.charger->sharedController(controllerClass));
     else
         log("Noctara : Class SBUIController not found");
 
     radiosLib = std::make_unique<RadiosLib>(platform);
     radiosLib->setDisable3GOn4GDevices(true);
 
-    settingsNotificationToken = platform.notifications.registerOnMainQueue(
+    settingsNotificationToken = platform.notifications->registerOnMainQueue(
         "com.quorbit.Noctara.preferences-changed", [this] {
             eventOccurred = true;
             reloadPreferences();
+            report([this] { return SettingsLoaded{settings()}; });
         });
 }
 
@@ -31,7 +33,7 @@ void NoctaraThread::start() {
         debugLog("Noctara : NoctaraThread already started");
         return;
     }
-    thread = platform.threads.start("NoctaraThread", [this] { run(); });
+    thread = platform.threads->start("NoctaraThread", [this] { run(); });
     debugLog("Noctara : NoctaraThread start");
 }
 
@@ -42,10 +44,11 @@ void NoctaraThread::setACState(bool onAC) {
 }
 
 void NoctaraThread::sleep(std::int32_t seconds) {
-    const std::int64_t start = platform.clock.time();
+    const std::int64_t start = platform.clock->time();
     const std::int64_t wanted = static_cast<std::uint32_t>(seconds);
-    while (platform.clock.time() - start < wanted)
-        platform.clock.sleep(1);
+    // A wait of 0 s ends at once even if the clock is set back after the first reading.
+    while (wanted > 0 && platform.clock->time() - start < wanted)
+        platform.clock->sleep(1);
     eventOccurred = false;
 }
 

@@ -1,12 +1,13 @@
-/// The night monitor: one object, and a thread of its own that decides cycle by cycle whether the
-/// phone has been put down for the night or picked up again.
+/// The night monitor: one object with a thread that decides in each cycle whether the phone has
+/// been put down for the night or picked up again.
 ///
-/// The main loop (main_loop.cpp) reads top to bottom; each of its concerns has a file of its own
-/// beside it. SpringBoard's main thread runs `init`, `start`, `setACState`, the settings-changed
-/// handler and everything that touches radios, applications and sounds; the monitor thread runs
-/// `run` and what it calls, and reaches the main thread only by hops that it waits for.
+/// The main loop is in main_loop.cpp; its parts are in the files beside it. SpringBoard's main
+/// thread runs the constructor, `start`, `setACState`, the settings-changed handler, and the
+/// functions that switch radios, applications and sounds. The monitor thread runs `run` and the
+/// functions that it calls. It calls the main thread only synchronously.
 #pragma once
 
+#include "monitor/decisions.h"
 #include "monitor/shared_field.h"
 #include "platform/host_process.h"
 #include "platform/motion.h"
@@ -25,28 +26,31 @@
 namespace noctara {
 
 class Application;
+class Countdown;
 class TelephonyManager;
 
 class NoctaraThread {
 public:
-    /// Sets the defaults, reads the charger, creates the radio controller and listens for changes
-    /// of the settings. Main thread. The object is never destroyed before the process ends.
-    explicit NoctaraThread(const Platform& platform);
+    /// Sets the defaults, reads the charger state, creates the radio controller and registers for
+    /// changes of the settings. Main thread. SpringBoard never destroys the object. The observer,
+    /// which may be null, must outlive the monitor.
+    explicit NoctaraThread(const Platform& platform, MonitorObserver* observer = nullptr);
 
-    /// Starts the monitor thread; a second call does nothing.
+    /// Starts the monitor thread. A second call does nothing.
     void start();
 
-    /// Lets the main loop end at its next test.
+    /// The main loop ends at its next test of `running`.
     void stop() { running = false; }
 
-    /// Takes in a change of the charger.
+    /// Handles a change of the charger.
     void setACState(bool onAC);
 
-    /// Waits until the whole-second wall clock reads at least `seconds` more than at the call. The
-    /// count is taken as unsigned: a negative one is a very long wait. No event ends it early.
+    /// Waits until the wall clock, in whole seconds, reads at least `seconds` more than at the
+    /// call. 0 returns at once. A negative number is converted to unsigned and is a very long wait.
+    /// No event ends the wait early.
     void sleep(std::int32_t seconds);
 
-    /// The main loop, body of the monitor thread.
+    /// The main loop. Runs on the monitor thread.
     void run();
 
     // Settings file.
@@ -54,7 +58,7 @@ public:
     void saveValueToFile(const std::string& path, const std::string& key, std::int32_t value);
 
     // Face-down detection.
-    /// Takes one reading, which takes a second: does the phone lie still in the wanted posture?
+    /// Takes one reading, which lasts a second. True if the phone lies still in the wanted posture.
     bool checkState();
 
     // Time window and wake-ups.
@@ -62,10 +66,10 @@ public:
     void awakeApp();
 
     // Sleep state.
-    /// Enters (true) or leaves the sleep state, on the main thread, and waits for it.
+    /// Enters (true) or leaves the sleep state on the main thread, and waits until that is done.
     void setState(bool state);
     void setStateAirplaneMode();
-    /// Takes the start-up snapshot of the radios. The result is airplane mode.
+    /// Stores the states of the radios at the start. Returns whether airplane mode is on.
     bool isEnabled();
     bool isAirplaneModeActive();
     void setLocationEnabled(bool enabled);
@@ -75,8 +79,8 @@ public:
 
     // Applications.
     void startStopApplications(bool start);
-    /// Brings an application, or with null the home screen, to the front by launching its icon.
-    /// False when it is there already.
+    /// Brings an application, or for null the home screen, to the front by launching its icon.
+    /// False if it is already in front.
     bool activateApplication(Application* application);
     Application* topApplication();
     ObjectRef activateApp(ObjectRef object);
@@ -86,22 +90,23 @@ public:
     void playAudioOnMainThread(SoundID sound);
     void playAudioAsync();
 
-    // The state, open to the host's callbacks and to whoever watches the monitor.
+    // The state, which the host's callbacks and observers of the monitor read.
 
     std::unique_ptr<Thread> thread; ///< Null until `start`.
     std::unique_ptr<RadiosLib> radiosLib;
 
     SoundID airplaneModeMP3 = 0;         ///< Played when a countdown to the sleep state begins.
-    SharedField<SoundID> currentSoundId; ///< What the main thread is to play next.
+    SharedField<SoundID> currentSoundId; ///< The sound for `playAudioAsync`.
     SoundID offMP3 = 0;                  ///< Played when the sleep state is left.
 
     std::vector<std::string> applicationsToStart; ///< Guarded by `lock`.
-    std::unique_ptr<MotionManager> motionManager; ///< Null while `run` is not running.
+    std::unique_ptr<MotionManager> motionManager; ///< Null except in the main loop.
 
-    /// The monitor has put the phone into the sleep state and not yet brought it back.
+    /// The phone is in the sleep state. Also set at the start if airplane mode is on.
     SharedField<bool> lastStateWasPlane;
 
-    // The radios as they were before the sleep state; `defaultAirplane` is that of the start.
+    // The radios at the start. The ones that are switched one by one are stored again before each
+    // sleep state. `defaultAirplane` keeps its value from the start.
     SharedField<bool> defaultWifi;
     SharedField<bool> defaultBT;
     SharedField<bool> defaultEdge; ///< Cellular data.
@@ -109,23 +114,24 @@ public:
     SharedField<bool> defaultLocation;
     SharedField<bool> defaultAirplane;
 
-    /// Keep detecting although the charger is gone: the phone is still in the sleep state.
+    /// Readings go on without a charger, because it was unplugged in the sleep state.
     SharedField<bool> continueToMonitorAfterAC;
-    SharedField<bool> currentState; ///< The last state asked of `setState`.
+    /// The argument of the last `setState`. Before that, whether airplane mode was on at the start.
+    SharedField<bool> currentState;
     SharedField<bool> running{true};
-    SharedField<bool> recurseSafety; ///< A reload is inside its one nested call.
+    SharedField<bool> recurseSafety; ///< A reload is in its nested call.
 
-    // The settings. They start as below and change only where the file has a value.
+    // The settings. They have these defaults and change only if the file has a value.
     SharedField<std::int32_t> sensitivity{5};
     SharedField<bool> enabledOnChargeOnly;
     SharedField<bool> enabled;
-    SharedField<std::int32_t> sleepTime; ///< Seconds between two readings.
-    SharedField<bool> screenDown;        ///< The wanted posture; false: screen up.
-    SharedField<bool> activeOnSleep;     ///< Keep a wake-up scheduled.
+    SharedField<std::int32_t> sleepTime; ///< Seconds to wait between two cycles.
+    SharedField<bool> screenDown;        ///< The wanted posture. False: screen up.
+    SharedField<bool> activeOnSleep;     ///< Schedule a wake-up in every cycle.
     SharedField<bool> disableOnManualChange;
     SharedField<bool> playSound;
     SharedField<bool> vibrate;
-    SharedField<bool> timeLimit;             ///< Only inside the nightly window.
+    SharedField<bool> timeLimit;             ///< Take readings only in the time window.
     SharedField<std::int32_t> startTime{21}; ///< Whole hours of the local day.
     SharedField<std::int32_t> stopTime{7};
     SharedField<bool> airplaneSwitch{true};
@@ -136,38 +142,42 @@ public:
     SharedField<bool> phoneSwitch;
     SharedField<bool> locationSwitch;
 
-    /// A countdown to the sleep state is under way: idle sleep is refused meanwhile.
+    /// Idle sleep is refused. Set when a countdown to the sleep state begins with sounds on.
+    /// Cleared by the next change of state.
     SharedField<bool> switchingToAirplane;
     SharedField<bool> ACState; ///< On external power.
     SharedField<bool> _DEBUG_{true};
 
-    /// Something happened outside since the last wait. Kept for whoever watches; nothing here reads
-    /// it.
+    /// The charger or the settings have changed since the last wait. The monitor itself does not
+    /// read it.
     SharedField<bool> eventOccurred;
 
 private:
     /// Writes a line to the system log.
     [[gnu::format(printf, 2, 3)]] void log(const char* format, ...);
 
-    /// The same, but only with debug on; otherwise the line is not even formatted.
+    /// As `log`, but only with debug on; otherwise the line is not formatted.
     [[gnu::format(printf, 2, 3)]] void debugLog(const char* format, ...);
 
-    /// Readings in a row that speak for the other state, 0 to 2 of them.
-    struct Countdown {
-        int faceDownCount = 0; ///< Sleep-position readings while not in the sleep state.
-        int faceUpCount = 0;   ///< Other readings while in the sleep state.
-
-        bool underWay() const { return faceDownCount != 0 || faceUpCount != 0; }
-    };
+    /// Passes the result of `make` to the observer. Without an observer `make` is not called.
+    template <typename Make>
+    void report(Make make) {
+        if (observer)
+            observer->decided(make());
+    }
 
     // Steps of a cycle.
+    bool compareAirplaneMode();
     bool detectionIsAllowed();
-    void takeSleepPositionReading(Countdown& countdown);
-    void takeOtherReading(Countdown& countdown);
+    void takeReading(Countdown& countdown);
+    void enterSleepState();
+    void leaveSleepState();
 
     // Steps of a reload.
+    void loadSettingsFile();
     void rebuildApplicationsToStart(const Dictionary* settings);
     void takeOverSettings(const Dictionary* settings);
+    Settings settings() const;
     void createSettingsFile();
 
     // Steps of a switch.
@@ -180,12 +190,15 @@ private:
     bool isToBeStarted(Application& application);
 
     const Platform platform;
+    MonitorObserver* const observer;
     std::recursive_mutex lock;
-    /// Counts the changes of `applicationsToStart`, so that a walk notices one. Guarded by `lock`.
+    /// Counts the changes of `applicationsToStart`, so that a loop over it detects one. Guarded by
+    /// `lock`.
     unsigned applicationListChanges = 0;
 };
 
-/// The token under which the settings notification is registered, for the life of the process.
+/// The registration token of the settings notification. The registration lasts until the process
+/// ends.
 extern int settingsNotificationToken;
 
 } // namespace noctara

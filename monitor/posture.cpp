@@ -22,7 +22,7 @@ double computeTiltAngle(double* length, double x, double y, double z) {
 }
 
 double postureTolerance(std::int32_t sensitivity) {
-    // The sum wraps like the 32-bit register it is made in.
+    // The sum wraps at 32 bits.
     const auto steps = static_cast<std::int32_t>(static_cast<std::uint32_t>(sensitivity) + 1U);
     return baseTolerance / steps;
 }

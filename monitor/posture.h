@@ -1,12 +1,12 @@
-/// When a phone counts as lying still in the wanted posture.
+/// The check for a phone that lies still in the wanted posture.
 #pragma once
 
 #include <cstdint>
 
 namespace noctara {
 
-/// Pi to eight digits and the degrees of a radian that go with it, not the library's full
-/// precision: the bounds of the face-up posture and the printed degrees come from these.
+/// Pi rounded to eight digits, and 180 divided by it. The bounds of the face-up posture and the
+/// logged degrees use these values, not those of full precision.
 inline constexpr double pi = 3.1415927;
 inline constexpr double degreesPerRadian = 57.29577866666166;
 
@@ -14,12 +14,12 @@ inline constexpr double degreesPerRadian = 57.29577866666166;
 /// Stores the vector's length in `length` unless that is null.
 double computeTiltAngle(double* length, double x, double y, double z);
 
-/// How far, in radians, the tilt may be off the wanted posture. Infinite for a sensitivity of -1;
-/// negative, so that nothing is near enough, below that.
+/// The largest difference, in radians, between the tilt and the wanted posture. Infinite for a
+/// sensitivity of -1. Negative for a smaller one, so that no tilt is within it.
 double postureTolerance(std::int32_t sensitivity);
 
-/// Whether a tilt (radians) and a vector length (g) are those of a phone lying still with the
-/// screen facing down, or up. False for anything that is not a number.
+/// Whether a tilt (radians) and a vector length (g) are those of a phone that lies still with its
+/// screen down (`screenDown`) or up. False if the tilt or the length is not a number.
 bool liesInPosture(double angle, double length, double tolerance, bool screenDown);
 
 } // namespace noctara

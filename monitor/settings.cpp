@@ -1,5 +1,6 @@
-/// The settings file: read at the start and whenever the settings screen announces a change; a key
-/// that is missing gets its default written back, which counts from the next reload on.
+/// The settings file. It is read at the start and when the settings screen announces a change. If a
+/// key is missing, its default is written into the file. The default takes effect at the next
+/// reload.
 #include "monitor/description.h"
 #include "monitor/noctara_thread.h"
 #include "platform/files.h"
@@ -17,7 +18,7 @@ constexpr std::string_view applicationPrefix = "launch-app-";
 
 constexpr std::uint32_t secondsPerScanInterval = 5;
 
-/// A setting, and where its value goes: a truth or an integer of the monitor's.
+/// A key of the settings file and the member that holds its value: a boolean or an integer.
 struct Setting {
     const char* key;
     SharedField<bool> NoctaraThread::*truth;
@@ -32,9 +33,9 @@ struct Setting {
         key(name), truth(nullptr), integer(member), missing(filledIn) {}
 };
 
-/// In the order of processing. "Debug" comes last, so that the lines of the others follow the
-/// setting that held before.
-constexpr std::array settings{
+/// In the order of processing. "Debug" comes last, so that the previous value decides whether the
+/// other settings are logged.
+constexpr std::array settingsInOrder{
     Setting{"Enabled", &NoctaraThread::enabled, 1},
     Setting{"ScanInterval", &NoctaraThread::sleepTime, 1},
     Setting{"ScreenDown", &NoctaraThread::screenDown, 1},
@@ -57,8 +58,8 @@ constexpr std::array settings{
     Setting{"Debug", &NoctaraThread::_DEBUG_, 0},
 };
 
-/// What a file made from nothing holds. "PhoneSwitch" is not in it: the load that follows fills it
-/// in. Nothing reads "Stop".
+/// The content of a new file. "PhoneSwitch" is missing; the load that follows adds it. Nothing
+/// reads "Stop".
 Dictionary settingsOfNewFile() {
     return {
         {"Enabled", true},        {"ScanInterval", 1},    {"ScreenDown", true},
@@ -75,16 +76,20 @@ Dictionary settingsOfNewFile() {
 
 void NoctaraThread::reloadPreferences() {
     debugLog("Noctara Rechargement du fichier de pref !");
-    if (!platform.files.exists(settingsPath)) {
+    if (platform.files->exists(settingsPath))
+        loadSettingsFile();
+    else
         createSettingsFile();
-        return;
-    }
+}
 
+void NoctaraThread::loadSettingsFile() {
     debugLog("Noctara Chargement du fichier de pref : %s", settingsPath);
-    const auto file = platform.files.readDictionary(settingsPath);
+    const auto file = platform.files->readDictionary(settingsPath);
     if (_DEBUG_)
         debugLog("Noctara Chargement du fichier de pref dans le dictionnaire : %s",
                  file ? description(*file).c_str() : nullDescription);
+    if (!file)
+        report([] { return SettingsFileUnreadable{}; });
     const Dictionary* found = file ? &*file : nullptr;
     rebuildApplicationsToStart(found);
     takeOverSettings(found);
@@ -107,14 +112,14 @@ void NoctaraThread::rebuildApplicationsToStart(const Dictionary* file) {
 }
 
 void NoctaraThread::takeOverSettings(const Dictionary* file) {
-    for (const auto& setting : settings) {
+    for (const auto& setting : settingsInOrder) {
         const PropertyList* value = file ? file->find(setting.key) : nullptr;
         if (!value)
             saveValueToFile(settingsPath, setting.key, setting.missing);
         else if (setting.truth)
             this->*setting.truth = value->boolValue();
         else if (setting.integer == &NoctaraThread::sleepTime)
-            // Any integer is taken; the product wraps to 32 bits.
+            // Any integer is accepted. The product wraps to 32 bits.
             sleepTime = static_cast<std::int32_t>(static_cast<std::uint32_t>(value->intValue()) *
                                                   secondsPerScanInterval);
         else
@@ -127,7 +132,9 @@ void NoctaraThread::takeOverSettings(const Dictionary* file) {
 
 void NoctaraThread::createSettingsFile() {
     debugLog("Noctara The file %s does not exists", settingsPath);
-    if (platform.files.writeDictionary(settingsPath, settingsOfNewFile()) && !recurseSafety) {
+    const bool written = platform.files->writeDictionary(settingsPath, settingsOfNewFile());
+    report([&] { return SettingsFileMade{written}; });
+    if (written && !recurseSafety) {
         recurseSafety = true;
         log("Noctara file %s created", settingsPath);
         reloadPreferences();
@@ -137,15 +144,36 @@ void NoctaraThread::createSettingsFile() {
     recurseSafety = false;
 }
 
+Settings NoctaraThread::settings() const {
+    return {
+        .enabled = enabled,
+        .sleepTime = sleepTime,
+        .sensitivity = sensitivity,
+        .screenDown = screenDown,
+        .timeLimit = timeLimit,
+        .startTime = startTime,
+        .stopTime = stopTime,
+        .enabledOnChargeOnly = enabledOnChargeOnly,
+        .airplaneSwitch = airplaneSwitch,
+        .phoneSwitch = phoneSwitch,
+        .wifiSwitch = wifiSwitch,
+        .bluetoothSwitch = bluetoothSwitch,
+        .edgeSwitch = edgeSwitch,
+        ._3GSwitch = _3GSwitch,
+        .locationSwitch = locationSwitch,
+    };
+}
+
 void NoctaraThread::saveValueToFile(const std::string& path, const std::string& key,
                                     std::int32_t value) {
-    auto file = platform.files.readDictionary(path);
+    auto file = platform.files->readDictionary(path);
     bool written = false;
     if (file) {
         file->set(key, value);
-        written = platform.files.writeDictionary(path, *file);
+        written = platform.files->writeDictionary(path, *file);
     }
     log(written ? "Noctara file %s created" : "Noctara file %s COULD NOT be created", path.c_str());
+    report([&] { return SettingFilledIn{key, written}; });
 }
 
 } // namespace noctara

@@ -1,13 +1,13 @@
-/// A field that SpringBoard's main thread and the monitor thread both touch.
+/// A field that both SpringBoard's main thread and the monitor thread access.
 #pragma once
 
 #include <atomic>
 
 namespace noctara {
 
-/// Reads and writes like a plain `T`. Each load and store is a relaxed atomic: it costs what an
-/// unguarded field costs and promises no order among fields, so that a cycle of the monitor may see
-/// a mix of old and new settings.
+/// Reads and writes like a plain `T`. Each load and store is a relaxed atomic operation. It costs
+/// no more than a plain access and guarantees no order among fields, so a cycle of the monitor may
+/// see a mix of old and new settings.
 template <typename T>
 class SharedField {
 public:

@@ -1,5 +1,6 @@
-/// Into the sleep state and back: applications first, then airplane mode as a whole or the chosen
-/// radios, remembering which were on so that waking brings back exactly those.
+/// Enters and leaves the sleep state. Applications come first, then either airplane mode or the
+/// chosen radios. The monitor stores which of these radios were on, and on waking switches on only
+/// those.
 #include "monitor/noctara_thread.h"
 #include "platform/cellular.h"
 #include "platform/files.h"
@@ -24,21 +25,21 @@ bool truthUnder(const char* key, const std::optional<Dictionary>& file) {
 
 void NoctaraThread::setState(bool state) {
     currentState = state;
-    platform.threads.performOnMainThread("setStateAirplaneMode",
-                                         [this] { setStateAirplaneMode(); });
-    platform.notifications.post("com.apple.radios");
+    platform.threads->performOnMainThread("setStateAirplaneMode",
+                                          [this] { setStateAirplaneMode(); });
+    platform.notifications->post("com.apple.radios");
 }
 
 void NoctaraThread::setStateAirplaneMode() {
-    if (!platform.threads.isMainThread()) {
+    if (!platform.threads->isMainThread()) {
         debugLog("Noctara : cannot change airplane mode if not in main thread");
         return;
     }
     debugLog("Noctara : About to change airplane mode to %s", stateWord(currentState));
     startStopApplications(currentState);
 
-    if (auto* telephony = platform.telephony.sharedTelephonyManager(
-            platform.process.findClass("SBTelephonyManager"))) {
+    if (auto* telephony = platform.telephony->sharedTelephonyManager(
+            platform.process->findClass("SBTelephonyManager"))) {
         if (_DEBUG_)
             debugLog("Noctara : airPlaneMode : %s", stateWord(telephony->isInAirplaneMode()));
         if (airplaneSwitch) {
@@ -51,7 +52,7 @@ void NoctaraThread::setStateAirplaneMode() {
     } else {
         debugLog("Noctara : SBTelephonyManager is NULL");
     }
-    platform.notifications.post("com.sbsettings.refreshalltoggles");
+    platform.notifications->post("com.sbsettings.refreshalltoggles");
 }
 
 void NoctaraThread::setAirplaneMode(TelephonyManager& telephony) {
@@ -66,7 +67,7 @@ void NoctaraThread::rememberRadios() {
         defaultBT = radiosLib->isBluetoothEnabled();
     if (switches3G()) {
         default3G = radiosLib->is3GEnabled();
-        // Not under `edgeSwitch`: there, waking restores what the start-up snapshot found.
+        // With `edgeSwitch` this is not reached: waking then restores the state at the start.
         defaultEdge = radiosLib->isCellularDataEnabled();
     }
     if (phoneSwitch || locationSwitch)
@@ -88,30 +89,31 @@ void NoctaraThread::switchRadios(TelephonyManager& telephony) {
         setLocationEnabled(wantedState(defaultLocation, locationSwitch));
 }
 
-/// 3G has a switch of its own only where neither airplane mode nor cellular data covers it.
+/// Whether 3G is switched by itself. Not if airplane mode or cellular data is switched.
 bool NoctaraThread::switches3G() {
     return !phoneSwitch && !edgeSwitch && _3GSwitch && hasCellularData();
 }
 
-/// Of a radio that was on `before`: off at night if it is `switchedOff` then. One that is not was
-/// taken along by airplane mode, and is switched on again.
+/// The state that a radio must get. A radio that was off before stays off. In the sleep state a
+/// radio is off if it is `switchedOff`. Otherwise airplane mode has switched it off as well, so it
+/// is switched on again.
 bool NoctaraThread::wantedState(bool before, bool switchedOff) {
     return before && !(switchedOff && currentState);
 }
 
 bool NoctaraThread::isEnabled() {
     const bool airplane = truthUnder(
-        "AirplaneMode", platform.files.readDictionary(
+        "AirplaneMode", platform.files->readDictionary(
                             "/var/preferences/SystemConfiguration/com.apple.radios.plist"));
-    const auto network = platform.files.readDictionary(
+    const auto network = platform.files->readDictionary(
         "/private/var/mobile/Library/Preferences/com.apple.preferences.network.plist");
     defaultWifi = truthUnder("wifi-network", network);
     defaultBT = truthUnder("bluetooth-network", network);
-    defaultEdge = platform.cellular.registrationDataIsEnabled();
+    defaultEdge = platform.cellular->registrationDataIsEnabled();
     default3G = is3GEnabled();
-    defaultLocation = truthUnder(
-        "LocationServicesEnabled",
-        platform.files.readDictionary("/var/mobile/Library/Preferences/com.apple.locationd.plist"));
+    defaultLocation = truthUnder("LocationServicesEnabled",
+                                 platform.files->readDictionary(
+                                     "/var/mobile/Library/Preferences/com.apple.locationd.plist"));
 
     debugLog("Noctara : Wifi is %s", stateWord(defaultWifi));
     debugLog("Noctara : BT is %s", stateWord(defaultBT));
@@ -128,8 +130,8 @@ bool NoctaraThread::isEnabled() {
 bool NoctaraThread::isAirplaneModeActive() {
     if (!defaultAirplane)
         return lastStateWasPlane;
-    auto* telephony =
-        platform.telephony.sharedTelephonyManager(platform.process.findClass("SBTelephonyManager"));
+    auto* telephony = platform.telephony->sharedTelephonyManager(
+        platform.process->findClass("SBTelephonyManager"));
     if (!telephony) {
         debugLog("Noctara : SBTelephonyManager is NULL");
         return false;

@@ -1,4 +1,5 @@
-/// The nightly window of whole hours, and the wake-up that keeps a sleeping phone monitored.
+/// The nightly time window, in whole hours, and the wake-up that lets the monitor run while the
+/// phone sleeps.
 #include "monitor/description.h"
 #include "monitor/noctara_thread.h"
 #include "platform/calendar.h"
@@ -10,15 +11,16 @@ namespace noctara {
 
 namespace {
 
-// Made once, as they are used in every cycle; never destroyed, as the monitor thread runs until the
-// process is gone.
+// Created once, because every cycle uses them. Never destroyed, because the monitor thread runs
+// until the process ends.
 const std::string& wakeListPath =
     *new std::string("/private/var/preferences/SystemConfiguration/com.apple.AutoWake.plist");
 const std::string& wakeIdentifier = *new std::string("com.quorbit.Noctara");
 
 constexpr double wakeDistance = 900.0;
 
-/// The time of a wake-up in the system's list; null unless it is one of ours.
+/// The time of a wake-up in the system's list. Null if another program scheduled it, or if it has
+/// no date and so cannot be cancelled.
 const Date* ownWakeTime(const PropertyList& entry) {
     const auto* wake = entry.as<Dictionary>();
     const auto* scheduledBy = wake ? wake->find("scheduledby") : nullptr;
@@ -32,14 +34,14 @@ const Date* ownWakeTime(const PropertyList& entry) {
 } // namespace
 
 bool NoctaraThread::isInTimeRange() {
-    const Date now = platform.clock.now();
-    DateComponents parts = platform.calendar.components(now);
+    const Date now = platform.clock->now();
+    DateComponents parts = platform.calendar->components(now);
     parts.minute = 0;
     parts.second = 0;
 
-    // Both edges are of today: a window across midnight is today's evening and today's morning.
+    // Both ends are on the current day. A window across midnight is its evening and its morning.
     parts.hour = startTime;
-    const Date start = platform.calendar.date(parts);
+    const Date start = platform.calendar->date(parts);
     if (_DEBUG_)
         debugLog("Now=%s, StartDate=%s", description(now).c_str(), description(start).c_str());
     const std::int32_t stopHour = stopTime;
@@ -50,15 +52,15 @@ bool NoctaraThread::isInTimeRange() {
         return false;
 
     parts.hour = stopHour;
-    const Date stop = platform.calendar.date(parts);
+    const Date stop = platform.calendar->date(parts);
     if (_DEBUG_)
         debugLog("Now=%s, StopDate=%s", description(now).c_str(), description(stop).c_str());
     return now <= stop;
 }
 
 void NoctaraThread::awakeApp() {
-    const Date wakeDate{platform.clock.now().secondsSince1970 + wakeDistance};
-    const auto list = platform.files.parse(wakeListPath);
+    const Date wakeDate{platform.clock->now().secondsSince1970 + wakeDistance};
+    const auto list = platform.files->parse(wakeListPath);
     if (!list.value) {
         debugLog("Failed to read dict %s", list.error.c_str());
         return;
@@ -71,9 +73,9 @@ void NoctaraThread::awakeApp() {
             if (const Date* time = ownWakeTime(wake)) {
                 if (_DEBUG_)
                     debugLog("Noctara Cancelling previous wake at %s", description(*time).c_str());
-                platform.wakes.cancel(*time, wakeIdentifier);
+                platform.wakes->cancel(*time, wakeIdentifier);
             }
-    platform.wakes.schedule(wakeDate, wakeIdentifier);
+    platform.wakes->schedule(wakeDate, wakeIdentifier);
 }
 
 } // namespace noctara

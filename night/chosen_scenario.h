@@ -1,4 +1,4 @@
-/// The scenario that a command is to play.
+/// The scenario that a command plays.
 #pragma once
 
 #include "night/scenario_file.h"
@@ -8,7 +8,7 @@
 
 namespace noctara {
 
-/// The scenario that is named, or the built-in typical night. Throws BadInput.
+/// Reads the scenario file, or the built-in typical night if there is none. Throws BadInput.
 Scenario chosenScenario(const std::optional<std::filesystem::path>& file,
                         const ScenarioOverrides& overrides);
 

@@ -25,88 +25,102 @@ std::string valueInWords(const PropertyList& value) {
     return "...";
 }
 
-std::string postureInWords(const PropertyList& posture) {
-    if (const auto* axes = posture.as<Array>())
-        return fmt::format("The phone is put so that it reads ({}, {}, {}) g.",
-                           valueInWords((*axes)[0]), valueInWords((*axes)[1]),
-                           valueInWords((*axes)[2]));
-    const auto& name = *posture.as<std::string>();
-    if (name == "screen-down")
+std::string postureInWords(NamedPosture posture) {
+    switch (posture) {
+    case NamedPosture::ScreenDown:
         return "The phone is laid down, screen down.";
-    if (name == "screen-up")
+    case NamedPosture::ScreenUp:
         return "The phone is laid down, screen up.";
-    if (name == "in-hand")
+    case NamedPosture::InHand:
         return "The phone is taken into the hand.";
-    if (name == "in-pocket")
+    case NamedPosture::InPocket:
         return "The phone is put into a pocket.";
-    if (name == "moving")
+    case NamedPosture::Moving:
         return "The phone is being moved.";
+    case NamedPosture::None:
+        break;
+    }
     return "The accelerometer delivers nothing any more.";
 }
 
-std::string callInWords(const std::string& call) {
-    if (call == "none")
-        return "The call is over.";
-    if (call == "incoming")
-        return "A call comes in.";
-    if (call == "outgoing")
-        return "A call is placed.";
-    return "A call is under way.";
-}
-
-} // namespace
-
-std::string happeningInWords(const Happening& happening) {
-    const auto& action = happening.action;
-    const auto& value = happening.value;
-    const bool on = value.boolValue();
-    if (action == "posture")
-        return postureInWords(value);
-    if (action == "charger")
-        return on ? "The charger is plugged in." : "The charger is unplugged.";
-    if (action == "button")
-        return "A button is pressed.";
-    if (action == "call")
-        return callInWords(*value.as<std::string>());
-    if (action == "airplane")
-        return fmt::format("By hand: airplane mode {}.", onOff(on));
-    if (action == "wifi")
-        return fmt::format("By hand: Wi-Fi {}.", onOff(on));
-    if (action == "bluetooth")
-        return fmt::format("By hand: Bluetooth {}.", onOff(on));
-    if (action == "bluetooth_connected")
-        return on ? "A Bluetooth device connects." : "The Bluetooth device disconnects.";
-    if (action == "cellular_data")
-        return fmt::format("By hand: cellular data {}.", onOff(on));
-    if (action == "location")
-        return fmt::format("By hand: location services {}.", onOff(on));
-    if (action == "max_rate")
-        return fmt::format("By hand: data rate up to {}.", *value.as<std::string>());
-    if (action == "settings") {
+/// One overload for each kind of event. A missing overload is a compile error.
+struct Words {
+    std::string operator()(const PostureChange& change) const {
+        if (const auto* read = std::get_if<Acceleration>(&change.posture))
+            return fmt::format("The phone is put so that it reads ({}, {}, {}) g.", read->x,
+                               read->y, read->z);
+        return postureInWords(std::get<NamedPosture>(change.posture));
+    }
+    std::string operator()(const ChargerChange& change) const {
+        return change.plugged ? "The charger is plugged in." : "The charger is unplugged.";
+    }
+    std::string operator()(const SettingsChange& change) const {
         std::vector<std::string> changes;
-        for (const auto& [key, setting] : *value.as<Dictionary>())
+        for (const auto& [key, setting] : change.changed)
             changes.push_back(fmt::format("{} = {}", key, valueInWords(setting)));
         return changes.empty() ? "The settings screen announces a change."
                                : fmt::format("Settings are changed: {}.", fmt::join(changes, ", "));
     }
-    if (action == "remove_settings") {
-        std::vector<std::string> keys;
-        for (const auto& key : *value.as<Array>())
-            keys.push_back(*key.as<std::string>());
-        return fmt::format("Settings are removed: {}.", fmt::join(keys, ", "));
+    std::string operator()(const SettingsRemoval& removal) const {
+        return fmt::format("Settings are removed: {}.", fmt::join(removal.keys, ", "));
     }
-    if (action == "settings_file")
-        return *value.as<std::string>() == "missing" ? "The settings file is deleted."
-                                                     : "The settings file is damaged.";
-    if (action == "disk")
-        return *value.as<std::string>() == "ok"     ? "The disk can be written again."
-               : *value.as<std::string>() == "full" ? "The disk is full."
-                                                    : "The disk is read-only.";
-    if (action == "telephony_server")
-        return on ? "The telephony server answers again." : "The telephony server is gone.";
-    if (action == "clock")
-        return "The clock is set.";
-    return "The monitor is told to stop.";
+    std::string operator()(const AirplaneModeSwitch& change) const {
+        return fmt::format("By hand: airplane mode {}.", onOff(change.on));
+    }
+    std::string operator()(const WifiSwitch& change) const {
+        return fmt::format("By hand: Wi-Fi {}.", onOff(change.on));
+    }
+    std::string operator()(const BluetoothSwitch& change) const {
+        return fmt::format("By hand: Bluetooth {}.", onOff(change.on));
+    }
+    std::string operator()(const BluetoothConnection& change) const {
+        return change.connected ? "A Bluetooth device connects."
+                                : "The Bluetooth device disconnects.";
+    }
+    std::string operator()(const CellularDataSwitch& change) const {
+        return fmt::format("By hand: cellular data {}.", onOff(change.on));
+    }
+    std::string operator()(const LocationSwitch& change) const {
+        return fmt::format("By hand: location services {}.", onOff(change.on));
+    }
+    std::string operator()(const MaxRateChange& change) const {
+        return fmt::format("By hand: data rate up to {}.", wordOf(dataRateWords, change.rate));
+    }
+    std::string operator()(const CallChange& change) const {
+        switch (change.state) {
+        case CallState::none:
+            return "The call is over.";
+        case CallState::incoming:
+            return "A call comes in.";
+        case CallState::outgoing:
+            return "A call is placed.";
+        default:
+            return "A call is under way.";
+        }
+    }
+    std::string operator()(const ButtonPress&) const { return "A button is pressed."; }
+    std::string operator()(const DiskChange& change) const {
+        return change.state == DiskState::ok     ? "The disk can be written again."
+               : change.state == DiskState::full ? "The disk is full."
+                                                 : "The disk is read-only.";
+    }
+    std::string operator()(const SettingsFileChange& change) const {
+        return change.fault == SettingsFileFault::missing ? "The settings file is deleted."
+                                                          : "The settings file is damaged.";
+    }
+    std::string operator()(const TelephonyServerChange& change) const {
+        return change.answers ? "The telephony server answers again."
+                              : "The telephony server is gone.";
+    }
+    std::string operator()(const PowerMessage&) const { return ""; }
+    std::string operator()(const ClockChange&) const { return "The clock is set."; }
+    std::string operator()(const MonitorStop&) const { return "The monitor is told to stop."; }
+};
+
+} // namespace
+
+std::string eventInWords(const Event& event) {
+    return std::visit(Words(), event);
 }
 
 } // namespace noctara

@@ -1,13 +1,13 @@
-/// What happens to the phone, in the words of a story.
+/// An event, in the words of a story.
 #pragma once
 
-#include "phones/model/phone_observer.h"
+#include "phones/model/event.h"
 
 #include <string>
 
 namespace noctara {
 
-/// One sentence. Not for power messages, which a story tells with their answers.
-std::string happeningInWords(const Happening& happening);
+/// One sentence. Empty for a power message, which a story tells together with its answer.
+std::string eventInWords(const Event& event);
 
 } // namespace noctara

@@ -1,6 +1,6 @@
 #include "night/local_clock_text.h"
 
-#include <date/date.h>
+#include <absl/time/time.h>
 #include <fmt/format.h>
 
 namespace noctara {
@@ -12,9 +12,9 @@ std::string timeText(const TimeZone& zone, Date date) {
 
 std::string dayText(const TimeZone& zone, Date date) {
     const auto parts = zone.components(date);
-    const auto day = date::year(parts.year) / parts.month / parts.day;
-    return date::format("%A, ", date::sys_days(day)) + fmt::format("{} ", parts.day) +
-           date::format("%B %Y", day);
+    const auto midnight =
+        absl::FromCivil(absl::CivilDay(parts.year, parts.month, parts.day), absl::UTCTimeZone());
+    return absl::FormatTime("%A, %-d %B %Y", midnight, absl::UTCTimeZone());
 }
 
 } // namespace noctara

@@ -1,4 +1,4 @@
-/// Instants as an owner of the phone reads them.
+/// Local times as text for the user.
 #pragma once
 
 #include "phones/model/local_time.h"

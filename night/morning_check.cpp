@@ -1,6 +1,6 @@
 #include "night/morning_check.h"
 
-#include "monitor/noctara_thread.h"
+#include "monitor/countdown.h"
 #include "night/local_clock_text.h"
 
 #include <fmt/format.h>
@@ -8,38 +8,108 @@
 namespace noctara {
 
 void MorningCheck::called(const Call& call) {
-    if (call.operation == "performSelectorOnMainThread:withObject:waitUntilDone:") {
-        if (std::get<std::string_view>(call.arguments[0]) == "setStateAirplaneMode" &&
-            phone.monitor()->currentState && !expected)
-            expected = phone.radios.states();
-    } else if (call.operation == "notify_post" && !call.onMainThread && expected &&
-               !phone.monitor()->currentState) {
-        compare(call.at);
-        expected.reset();
+    const auto on = [&] { return std::get<bool>(call.arguments[0]); };
+    switch (call.operation) {
+    case Operation::setIsInAirplaneMode:
+        airplaneFlag = on();
+        break;
+    case Operation::updateAirplaneMode:
+        radios.switchAirplaneMode(airplaneFlag);
+        break;
+    case Operation::setWiFiEnabled:
+        radios.switchWifi(on());
+        break;
+    case Operation::setPowered:
+    case Operation::setEnabled:
+        radios.switchBluetooth(on());
+        break;
+    case Operation::CTCellularDataPlanSetIsEnabled:
+        radios.switchCellularData(on());
+        break;
+    case Operation::CTRegistrationSetMaxAllowedDataRate:
+        radios.chooseMaxRate(valueOf(dataRateWords, std::get<std::string_view>(call.arguments[0]))
+                                 .value_or(DataRate::kCTRegistrationDataRateUnknown));
+        break;
+    case Operation::setLocationServicesEnabled:
+        radios.switchLocation(on());
+        break;
+    default:
+        break;
     }
 }
 
+/// The effect of an event on the radios. A radio that is set by hand in the sleep state must stay
+/// so.
+struct MorningCheck::ByHand {
+    void operator()(const AirplaneModeSwitch& change) const {
+        check.airplaneFlag = change.on;
+        check.radios.switchAirplaneMode(change.on);
+        expect(&RadioStates::airplane, change.on);
+    }
+    void operator()(const WifiSwitch& change) const {
+        check.radios.switchWifi(change.on);
+        expect(&RadioStates::wifi, change.on);
+    }
+    void operator()(const BluetoothSwitch& change) const {
+        check.radios.switchBluetooth(change.on);
+        expect(&RadioStates::bluetooth, change.on);
+    }
+    void operator()(const CellularDataSwitch& change) const {
+        check.radios.switchCellularData(change.on);
+        expect(&RadioStates::cellularData, change.on);
+    }
+    void operator()(const MaxRateChange& change) const {
+        check.radios.chooseMaxRate(change.rate);
+        expect(&RadioStates::maxRate, change.rate);
+    }
+    void operator()(const LocationSwitch& change) const {
+        check.radios.switchLocation(change.on);
+        expect(&RadioStates::location, change.on);
+    }
+    void operator()(const BluetoothConnection& change) const {
+        check.radios.connectBluetooth(change.connected);
+    }
+    void operator()(const PostureChange&) const {}
+    void operator()(const ChargerChange&) const {}
+    void operator()(const SettingsChange&) const {}
+    void operator()(const SettingsRemoval&) const {}
+    void operator()(const CallChange&) const {}
+    void operator()(const ButtonPress&) const {}
+    void operator()(const DiskChange&) const {}
+    void operator()(const SettingsFileChange&) const {}
+    void operator()(const TelephonyServerChange&) const {}
+    void operator()(const PowerMessage&) const {}
+    void operator()(const ClockChange&) const {}
+    void operator()(const MonitorStop&) const {}
+
+    template <typename Value>
+    void expect(Value RadioStates::*radio, Value value) const {
+        if (check.expected)
+            *check.expected.*radio = value;
+    }
+
+    MorningCheck& check;
+};
+
 void MorningCheck::happens(const Happening& happening) {
-    if (!expected)
-        return;
-    const bool on = happening.value.boolValue();
-    if (happening.action == "airplane")
-        expected->airplane = on;
-    else if (happening.action == "wifi")
-        expected->wifi = on;
-    else if (happening.action == "bluetooth")
-        expected->bluetooth = on;
-    else if (happening.action == "cellular_data")
-        expected->cellularData = on;
-    else if (happening.action == "max_rate")
-        expected->maxRate = *happening.value.as<std::string>();
-    else if (happening.action == "location")
-        expected->location = on;
+    std::visit(ByHand{*this}, happening.event);
+}
+
+void MorningCheck::decided(Date at, const Decision& decision) {
+    if (const auto* counted = std::get_if<ReadingCounted>(&decision)) {
+        if (counted->inARow == Countdown::readingsForChange && !counted->inSleepState && !expected)
+            expected = radios.states();
+    } else if (const auto* changed = std::get_if<StateChanged>(&decision)) {
+        if (expected && !changed->inSleepState) {
+            compare(at);
+            expected.reset();
+        }
+    }
 }
 
 void MorningCheck::compare(Date at) {
-    const auto now = phone.radios.states();
-    const std::string when = timeText(phone.timeZone(), at);
+    const auto now = radios.states();
+    const std::string when = timeText(zone, at);
     const auto compareSwitch = [&](const char* name, bool before, bool after) {
         if (before != after)
             found.push_back(fmt::format("waking at {} left {} {}; it was {} before", when, name,
@@ -52,7 +122,8 @@ void MorningCheck::compare(Date at) {
     compareSwitch("location services", expected->location, now.location);
     if (expected->maxRate != now.maxRate)
         found.push_back(fmt::format("waking at {} left the data rate at {}; it was {} before", when,
-                                    now.maxRate, expected->maxRate));
+                                    wordOf(dataRateWords, now.maxRate),
+                                    wordOf(dataRateWords, expected->maxRate)));
 }
 
 } // namespace noctara

@@ -1,7 +1,11 @@
-/// Whether waking brought back exactly what was on: the one thing that must not go wrong.
+/// Checks that waking restores exactly the radios that were on.
 #pragma once
 
-#include "phones/model/phone_model.h"
+#include "monitor/decisions.h"
+#include "phones/model/local_time.h"
+#include "phones/model/phone_observer.h"
+#include "phones/model/radio_switches.h"
+#include "phones/model/scenario.h"
 
 #include <optional>
 #include <string>
@@ -9,22 +13,29 @@
 
 namespace noctara {
 
-class MorningCheck final : public PhoneObserver {
+class MorningCheck {
 public:
-    explicit MorningCheck(const PhoneModel& watched) : phone(watched) {}
+    /// Begins with the radios of the scenario. Calls and events then update them.
+    explicit MorningCheck(const Scenario& scenario) :
+        zone(scenario.timezone), radios(scenario.radios) {}
 
-    void called(const Call& call) override;
-    void happens(const Happening& happening) override;
+    void called(const Call& call);
+    void happens(const Happening& happening);
+    void decided(Date at, const Decision& decision);
 
-    /// One sentence for every radio that waking left other than it was before the sleep state, or
-    /// than a hand set it since.
+    /// One clause for each radio whose state after waking differs from the expected state. That is
+    /// the state before the sleep state, or the state that it was set to by hand during it.
     const std::vector<std::string>& complaints() const { return found; }
 
 private:
+    struct ByHand;
+
     void compare(Date at);
 
-    const PhoneModel& phone;
-    std::optional<RadiosModel::States> expected; ///< Absent while not in the sleep state.
+    const TimeZone zone;
+    RadioSwitches radios;
+    bool airplaneFlag = false;           ///< The value for the next `updateAirplaneMode`.
+    std::optional<RadioStates> expected; ///< Absent while not in the sleep state.
     std::vector<std::string> found;
 };
 

@@ -14,14 +14,14 @@ TraceFile::TraceFile(const fs::path& place, const std::vector<fs::path>& inputs)
     std::error_code ignored;
     for (const auto& input : inputs)
         if (fs::equivalent(file, input, ignored))
-            throw BadInput(fmt::format(
-                "--trace: {} is an input of this night; another file would do", file.string()));
+            throw BadInput(fmt::format("--trace: {} is an input of this night; give another file",
+                                       file.string()));
     existed = fs::exists(file, ignored);
     lines.open(file, std::ios::app);
     if (!lines)
-        throw BadInput(fmt::format("--trace: {} cannot be written; a file in a folder that exists "
-                                   "would do",
-                                   inQuotes(file.string())));
+        throw BadInput(
+            fmt::format("--trace: {} cannot be written; give a file in an existing folder",
+                        inQuotes(file.string())));
 }
 
 TraceFile::~TraceFile() {
@@ -51,8 +51,8 @@ void prepareRoot(const fs::path& root) {
         root.empty() || !fs::is_directory(root, error) ? -1 : mkstemp(probe.data());
     if (descriptor < 0)
         throw BadInput(
-            fmt::format("--root: {} is no folder that can be written; the path of one, or "
-                        "of one to be made, would do",
+            fmt::format("--root: {} is not a writable folder; give one that is writable or "
+                        "can be created",
                         inQuotes(root.string())));
     close(descriptor);
     fs::remove(probe, error);

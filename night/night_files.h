@@ -1,5 +1,5 @@
-/// The files that a night writes outside the phone's memory. Both are tried before anything is
-/// written, so that a night that cannot be played leaves nothing behind.
+/// The files that a night writes: its trace and the phone's files. Both places are checked before
+/// the night begins, so that a night that cannot be played changes no file.
 #pragma once
 
 #include <filesystem>
@@ -8,13 +8,13 @@
 
 namespace noctara {
 
-/// The file that the trace goes to. What it held before is gone only once `begin` is called.
+/// The file for the trace. Its old content is kept until `begin` is called.
 class TraceFile {
 public:
-    /// Throws BadInput when the file cannot be written, or is one of the night's inputs.
+    /// Throws BadInput if the file cannot be written or is one of the night's inputs.
     TraceFile(const std::filesystem::path& place, const std::vector<std::filesystem::path>& inputs);
 
-    /// Takes the file away again if it was made for a night that did not begin.
+    /// Removes the file if it is new and `begin` was not called.
     ~TraceFile();
 
     TraceFile(const TraceFile&) = delete;
@@ -22,7 +22,7 @@ public:
 
     std::ostream& begin();
 
-    /// False when not all of it could be written.
+    /// False if not all of it could be written.
     bool finish();
 
     const std::filesystem::path& path() const { return file; }
@@ -34,8 +34,8 @@ private:
     std::ofstream lines;
 };
 
-/// Makes the folder for a phone's files, if it is missing. Throws BadInput when that fails, or when
-/// nothing can be written there.
+/// Creates the folder for a phone's files if it is missing. Throws BadInput if that fails or if the
+/// folder cannot be written.
 void prepareRoot(const std::filesystem::path& root);
 
 } // namespace noctara

@@ -1,6 +1,6 @@
 #include "night/night_summary.h"
 
-#include "monitor/noctara_thread.h"
+#include "platform/system_power.h"
 
 #include <algorithm>
 #include <cmath>
@@ -21,69 +21,76 @@ std::string duration(double seconds) {
 
 } // namespace
 
-void NightSummary::called(const Call& call) {
-    const auto operation = call.operation;
-    if (operation == "startAccelerometerUpdates") {
-        accelerometerStarted = now();
-    } else if (operation == "stopAccelerometerUpdates") {
-        ++readings;
-        accelerometerSeconds += now() - accelerometerStarted;
-    } else if (operation == "performSelectorOnMainThread:withObject:waitUntilDone:") {
-        if (std::get<std::string_view>(call.arguments[0]) != "setStateAirplaneMode")
-            return;
-        ++transitions;
-        if (inSleepState)
-            secondsInSleepState += now() - sleepStateBegan;
-        inSleepState = phone.monitor()->currentState;
-        sleepStateBegan = now();
-    } else if (operation == "NSThread start") {
-        // A phone found in airplane mode is taken for one in the sleep state.
-        inSleepState = phone.radios.states().airplane;
-    } else if (operation == "CPScheduleWakeAtDateWithIdentifier") {
-        ++wakesScheduled;
-    } else if (operation == "IOCancelPowerChange") {
-        ++idleSleepsRefused;
-    } else if (operation == "launch" || operation == "activate") {
-        ++applicationsLaunched;
-    } else if (operation == "kill") {
-        ++applicationsQuit;
-    }
-}
+NightSummary::NightSummary(const Scenario& scenario) :
+    started(scenario.start.secondsSince1970), wakeUps(scenario), sleepStateBegan(started) {}
 
-void NightSummary::happens(const Happening& happening) {
-    if (happening.action != "power_message")
-        return;
-    const auto& message = *happening.value.as<Dictionary>();
-    switch (static_cast<std::uint32_t>(*message.find("type")->as<std::int64_t>())) {
-    case kIOMessageSystemWillSleep:
-        ++idleSleepsAllowed;
-        systemSleepBegan = now();
-        wakesListedBeforeSleep = wakesListed();
+void NightSummary::called(const Call& call) {
+    wakeUps.called(call);
+    switch (call.operation) {
+    case Operation::startAccelerometerUpdates:
+        accelerometerStarted = elapsed.at(call.at);
         break;
-    case kIOMessageSystemHasPoweredOn:
-        secondsOfSystemSleep += now() - systemSleepBegan;
-        if (wakesListed() < wakesListedBeforeSleep)
-            ++wakesFired;
+    case Operation::stopAccelerometerUpdates:
+        accelerometerSeconds += elapsed.at(call.at) - accelerometerStarted;
+        break;
+    case Operation::CPScheduleWakeAtDateWithIdentifier:
+        ++wakesScheduled;
+        break;
+    case Operation::IOCancelPowerChange:
+        ++idleSleepsRefused;
+        break;
+    case Operation::launch:
+    case Operation::activate:
+        ++applicationsLaunched;
+        break;
+    case Operation::kill:
+        ++applicationsQuit;
         break;
     default:
         break;
     }
 }
 
-/// The monitor's own wake-ups in the system's list.
-std::ptrdiff_t NightSummary::wakesListed() const {
-    const auto& wakes = phone.power.scheduledWakes();
-    return std::count_if(wakes.begin(), wakes.end(), [](const auto& wake) {
-        return wake.scheduledBy == "com.quorbit.Noctara";
-    });
+void NightSummary::happens(const Happening& happening) {
+    elapsed.happens(happening);
+    const auto* message = std::get_if<PowerMessage>(&happening.event);
+    if (!message)
+        return;
+    if (message->type == kIOMessageSystemWillSleep) {
+        ++idleSleepsAllowed;
+        systemSleepBegan = elapsed.at(happening.at);
+        wakeUps.takeDue(happening.at);
+    } else if (message->type == kIOMessageSystemHasPoweredOn) {
+        secondsOfSystemSleep += elapsed.at(happening.at) - systemSleepBegan;
+        const auto due = wakeUps.takeDue(happening.at);
+        if (std::any_of(due.begin(), due.end(),
+                        [](const auto& wake) { return wake.scheduledBy == "com.quorbit.Noctara"; }))
+            ++wakesFired;
+    }
 }
 
-void NightSummary::print(std::ostream& out) const {
-    const double asleep = secondsInSleepState + (inSleepState ? now() - sleepStateBegan : 0);
+void NightSummary::decided(Date at, const Decision& decision) {
+    if (std::holds_alternative<Reading>(decision)) {
+        ++readings;
+    } else if (const auto* begins = std::get_if<MonitoringBegins>(&decision)) {
+        inSleepState = begins->inSleepState;
+        sleepStateBegan = elapsed.at(at);
+    } else if (const auto* changed = std::get_if<StateChanged>(&decision)) {
+        ++transitions;
+        if (inSleepState)
+            secondsInSleepState += elapsed.at(at) - sleepStateBegan;
+        inSleepState = changed->inSleepState;
+        sleepStateBegan = elapsed.at(at);
+    }
+}
+
+void NightSummary::print(std::ostream& out, Date end) const {
+    const double now = elapsed.at(end);
+    const double asleep = secondsInSleepState + (inSleepState ? now - sleepStateBegan : 0);
     const auto line = [&](const char* name, const std::string& value) {
         out << fmt::format("  {:<22}{}\n", name, value);
     };
-    out << "\nSummary of " << duration(now() - started) << "\n";
+    out << "\nSummary of " << duration(now - started) << "\n";
     line("in the sleep state", duration(asleep) + (inSleepState ? ", and still in it" : ""));
     line("transitions", fmt::format("{}", transitions));
     line("readings",

@@ -1,46 +1,48 @@
 /// The figures of a night.
 #pragma once
 
-#include "phones/model/phone_model.h"
+#include "monitor/decisions.h"
+#include "night/elapsed_time.h"
+#include "night/wake_ups.h"
+#include "phones/model/phone_observer.h"
+#include "phones/model/scenario.h"
 
-#include <cstddef>
 #include <ostream>
 
 namespace noctara {
 
-class NightSummary final : public PhoneObserver {
+class NightSummary {
 public:
-    explicit NightSummary(const PhoneModel& watched) : phone(watched) {}
+    explicit NightSummary(const Scenario& scenario);
 
-    void called(const Call& call) override;
-    void happens(const Happening& happening) override;
+    void called(const Call& call);
+    void happens(const Happening& happening);
+    void decided(Date at, const Decision& decision);
 
-    /// To be called when the night is over.
-    void print(std::ostream& out) const;
+    /// Prints the figures of the night, which ends at `end` on the wall clock.
+    void print(std::ostream& out, Date end) const;
+
+private:
+    const double started; ///< On the monotonic clock, as all times here.
+    ElapsedTime elapsed;
+    WakeUps wakeUps;
 
     int transitions = 0;
     int readings = 0;
     int wakesScheduled = 0;
-    int wakesFired = 0; ///< Those that woke the phone up.
+    int wakesFired = 0; ///< Only wake-ups of the monitor that woke the phone.
     int idleSleepsRefused = 0;
     int idleSleepsAllowed = 0;
     int applicationsLaunched = 0; ///< Or brought to the front.
     int applicationsQuit = 0;
-    double secondsInSleepState = 0;
-    double accelerometerSeconds = 0;
-    double secondsOfSystemSleep = 0;
 
-private:
-    std::ptrdiff_t wakesListed() const;
-    double now() const { return phone.clock.elapsedClock; }
-
-    const PhoneModel& phone;
-    double started = phone.clock.elapsedClock;
-    double accelerometerStarted = 0;
     bool inSleepState = false;
-    double sleepStateBegan = phone.clock.elapsedClock;
+    double sleepStateBegan;
+    double secondsInSleepState = 0;
+    double accelerometerStarted = 0;
+    double accelerometerSeconds = 0;
     double systemSleepBegan = 0;
-    std::ptrdiff_t wakesListedBeforeSleep = 0;
+    double secondsOfSystemSleep = 0;
 };
 
 } // namespace noctara

@@ -7,111 +7,109 @@
 #include <array>
 #include <cstdint>
 #include <limits>
+#include <optional>
+#include <utility>
 
 namespace noctara {
 
 namespace {
 
-PropertyList truth(const TomlValue& value, const TimeZone&) {
-    return value.boolean();
-}
+/// Reads the value of an event. One overload for each kind of event. A missing overload is a
+/// compile error.
+struct EventValue {
+    PostureChange operator()(const PostureChange*) const { return {readPosture(value)}; }
+    ChargerChange operator()(const ChargerChange*) const { return {value.boolean()}; }
+    SettingsChange operator()(const SettingsChange*) const { return {readSettings(value, zone)}; }
+    SettingsRemoval operator()(const SettingsRemoval*) const { return {value.texts()}; }
+    AirplaneModeSwitch operator()(const AirplaneModeSwitch*) const { return {value.boolean()}; }
+    WifiSwitch operator()(const WifiSwitch*) const { return {value.boolean()}; }
+    BluetoothSwitch operator()(const BluetoothSwitch*) const { return {value.boolean()}; }
+    BluetoothConnection operator()(const BluetoothConnection*) const { return {value.boolean()}; }
+    CellularDataSwitch operator()(const CellularDataSwitch*) const { return {value.boolean()}; }
+    LocationSwitch operator()(const LocationSwitch*) const { return {value.boolean()}; }
+    CallChange operator()(const CallChange*) const { return {value.oneOf(callStateWords)}; }
+    MaxRateChange operator()(const MaxRateChange*) const { return {value.oneOf(dataRateWords)}; }
+    DiskChange operator()(const DiskChange*) const { return {value.oneOf(diskStateWords)}; }
+    SettingsFileChange operator()(const SettingsFileChange*) const {
+        return {value.oneOf(settingsFileFaultWords)};
+    }
+    TelephonyServerChange operator()(const TelephonyServerChange*) const {
+        return {value.boolean()};
+    }
+    PowerMessage operator()(const PowerMessage*) const {
+        constexpr std::int64_t greatest = std::numeric_limits<std::uint32_t>::max();
+        return {static_cast<std::uint32_t>(value.integer(0, greatest))};
+    }
+    ClockChange operator()(const ClockChange*) const {
+        return {instantOf(writtenTime(value, TimeForm::WithDay), zone)};
+    }
+    ButtonPress operator()(const ButtonPress*) const {
+        value.requireTrue();
+        return {};
+    }
+    MonitorStop operator()(const MonitorStop*) const {
+        value.requireTrue();
+        return {};
+    }
 
-PropertyList onlyTrue(const TomlValue& value, const TimeZone&) {
-    return value.onlyTrue();
-}
+    const TomlValue& value;
+    const TimeZone& zone;
+};
 
-PropertyList removedKeys(const TomlValue& value, const TimeZone&) {
-    Array keys;
-    for (std::string& key : value.texts())
-        keys.emplace_back(std::move(key));
-    return keys;
-}
-
-struct Action {
+struct EventReader {
     std::string_view name;
-    PropertyList (*read)(const TomlValue&, const TimeZone&);
+    Event (*read)(const EventValue&);
 };
 
-const std::array actions{
-    Action{"posture", [](const TomlValue& value, const TimeZone&) { return readPosture(value); }},
-    Action{"charger", truth},
-    Action{"settings",
-           [](const TomlValue& value, const TimeZone& zone) -> PropertyList {
-               return readSettings(value, zone);
-           }},
-    Action{"remove_settings", removedKeys},
-    Action{"airplane", truth},
-    Action{"wifi", truth},
-    Action{"bluetooth", truth},
-    Action{"bluetooth_connected", truth},
-    Action{"cellular_data", truth},
-    Action{"location", truth},
-    Action{"call",
-           [](const TomlValue& value, const TimeZone&) -> PropertyList {
-               return value.oneOf(callStates);
-           }},
-    Action{"max_rate",
-           [](const TomlValue& value, const TimeZone&) -> PropertyList {
-               return value.oneOf(dataRates);
-           }},
-    Action{"button", onlyTrue},
-    Action{"disk",
-           [](const TomlValue& value, const TimeZone&) -> PropertyList {
-               return value.oneOf({"ok", "full", "read-only"});
-           }},
-    Action{"settings_file",
-           [](const TomlValue& value, const TimeZone&) -> PropertyList {
-               return value.oneOf({"missing", "damaged"});
-           }},
-    Action{"telephony_server", truth},
-    Action{"power_message",
-           [](const TomlValue& value, const TimeZone&) -> PropertyList {
-               return value.integer(0, std::numeric_limits<std::uint32_t>::max());
-           }},
-    Action{"clock",
-           [](const TomlValue& value, const TimeZone& zone) -> PropertyList {
-               return instantOf(writtenTime(value, TimeForm::WithDay), zone);
-           }},
-    Action{"stop", onlyTrue},
-};
+/// A reader for each kind of event, in the order of the variant.
+template <std::size_t... kinds>
+constexpr auto readersOf(std::index_sequence<kinds...>) {
+    return std::array{EventReader{
+        std::variant_alternative_t<kinds, Event>::name, [](const EventValue& value) -> Event {
+            return value(static_cast<const std::variant_alternative_t<kinds, Event>*>(nullptr));
+        }}...};
+}
 
-Event readEvent(const TomlValue& value, const TimeZone& zone, Date previous, bool isFirst) {
-    Choices actionNames;
-    for (const Action& action : actions)
-        actionNames.push_back(action.name);
-    Choices keys = actionNames;
+constexpr auto readers = readersOf(std::make_index_sequence<std::variant_size_v<Event>>());
+
+ScheduledEvent readEvent(const TomlValue& value, const TimeZone& zone, Date previous,
+                         bool isFirst) {
+    Choices names;
+    for (const auto& reader : readers)
+        names.push_back(reader.name);
+    Choices keys = names;
     keys.insert(keys.begin(), "at");
     const TomlTable table(value, keys);
 
     const TomlValue at = table.require("at");
-    Event event{instantOrNext(writtenTime(at, TimeForm::DayOptional), zone, previous), {}, false};
-    if (event.at < previous)
+    const Date instant = instantOrNext(writtenTime(at, TimeForm::DayOptional), zone, previous);
+    if (instant < previous)
         at.refuse("at is before " + std::string(isFirst ? "the start, " : "the previous event, ") +
                       localText(zone.components(previous)),
                   "write the events in order");
 
+    std::optional<Event> event;
     for (const TomlValue& entry : value.entries({})) {
         if (entry.name() == "at")
             continue;
-        if (!event.action.empty())
-            entry.refuse("the event has both " + event.action + " and " + entry.name(),
+        if (event)
+            entry.refuse("the event has both " + std::string(nameOf(*event)) + " and " +
+                             entry.name(),
                          "give each event one action");
-        for (const Action& action : actions) {
-            if (action.name == entry.name())
-                event.value = action.read(entry, zone);
-        }
-        event.action = entry.name();
+        for (const auto& reader : readers)
+            if (reader.name == entry.name())
+                event = reader.read({entry, zone});
     }
-    if (event.action.empty())
-        value.refuse("[[event]] has no action", listed(actionNames));
-    return event;
+    if (!event)
+        value.refuse("[[event]] has no action", listed(names));
+    return {instant, *std::move(event)};
 }
 
 } // namespace
 
-std::vector<Event> readEvents(const std::vector<TomlValue>& tables, const TimeZone& zone,
-                              Date start) {
-    std::vector<Event> events;
+std::vector<ScheduledEvent> readEvents(const std::vector<TomlValue>& tables, const TimeZone& zone,
+                                       Date start) {
+    std::vector<ScheduledEvent> events;
     for (const TomlValue& table : tables)
         events.push_back(
             readEvent(table, zone, events.empty() ? start : events.back().at, events.empty()));

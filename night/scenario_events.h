@@ -9,8 +9,8 @@
 
 namespace noctara {
 
-/// Reads the [[event]] tables, of which none may be before the one before it, nor before `start`.
-std::vector<Event> readEvents(const std::vector<TomlValue>& tables, const TimeZone& zone,
-                              Date start);
+/// Reads the [[event]] tables. Throws BadInput if one is before the previous one or before `start`.
+std::vector<ScheduledEvent> readEvents(const std::vector<TomlValue>& tables, const TimeZone& zone,
+                                       Date start);
 
 } // namespace noctara

@@ -51,7 +51,7 @@ Date after(Date from, double seconds) {
     return {from.secondsSince1970 + seconds};
 }
 
-/// The end as the file or the option gives it, as an instant of its own.
+/// The end that the file or the option gives as a time, instead of a duration.
 Date readGivenEnd(const WrittenTime& written, const TimeZone& zone, Date start) {
     const Date end = instantOrNext(written, zone, after(start, 1));
     const std::string startText = localText(zone.components(start));
@@ -102,7 +102,7 @@ Scenario::Phone readPhone(const TomlValue& value) {
     if (const auto rates = table.find("rates")) {
         phone.rates.clear();
         for (const TomlValue& rate : rates->elements("write an array of rates: 2G, 3G, 4G"))
-            phone.rates.push_back(rate.oneOf(dataRates));
+            phone.rates.push_back(rate.oneOf(dataRateWords));
     }
     table.read("telephony_manager", phone.telephonyManager);
     table.read("telephony_server", phone.telephonyServer);
@@ -128,11 +128,11 @@ Scenario::Radios readRadios(const TomlValue& value) {
     table.read("bluetooth", radios.bluetooth);
     table.read("bluetooth_connected", radios.bluetoothConnected);
     table.read("cellular_data", radios.cellularData);
-    table.readOneOf("max_rate", dataRates, radios.maxRate);
+    table.readOneOf("max_rate", dataRateWords, radios.maxRate);
     table.read("location", radios.location);
     table.read("push", radios.push);
     table.read("tethering", radios.tethering);
-    table.readOneOf("call", callStates, radios.call);
+    table.readOneOf("call", callStateWords, radios.call);
     return radios;
 }
 

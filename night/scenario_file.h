@@ -10,18 +10,18 @@
 
 namespace noctara {
 
-/// What stands in place of the file's own values, as the user typed it.
+/// Values that replace those of the file, as the user typed them.
 struct ScenarioOverrides {
     std::optional<std::string> start;    ///< "2014-03-01T22:30:00", the option --start.
-    std::optional<std::string> end;      ///< The same, or a time alone: the option --end.
+    std::optional<std::string> end;      ///< The same, or a time without a date: the option --end.
     std::optional<std::string> timezone; ///< An IANA name: the option --timezone.
 };
 
-/// Throws BadInput for a file that cannot be read, is larger than 1 MiB or is no scenario, and for
-/// overrides that do not fit it.
+/// Throws BadInput for a file that cannot be read, is larger than 1 MiB or is not a scenario, and
+/// for overrides that are not valid with it.
 Scenario readScenario(const std::filesystem::path& file, const ScenarioOverrides& overrides = {});
 
-/// The same of a text; `nameForErrors` stands in messages where the file's name would.
+/// The same for a text. Error messages use `nameForErrors` as the name of the file.
 Scenario parseScenario(std::string_view text, const std::string& nameForErrors,
                        const ScenarioOverrides& overrides = {});
 

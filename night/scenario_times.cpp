@@ -3,7 +3,7 @@
 
 #include "input/bad_input.h"
 
-#include <date/date.h>
+#include <absl/time/civil_time.h>
 
 #include <array>
 #include <cstdio>
@@ -14,7 +14,6 @@ namespace noctara {
 namespace {
 
 constexpr int firstYear = 1970;
-constexpr int lastYear = 2067;
 
 std::string accepted(TimeForm form) {
     const std::string withDay = "write a local date-time such as 2014-03-01T22:30:00";
@@ -34,21 +33,19 @@ std::string dayText(const DateComponents& parts) {
     return text.data();
 }
 
-date::sys_days dayOf(const DateComponents& parts) {
-    return date::year{parts.year} / date::month{static_cast<unsigned>(parts.month)} /
-           date::day{static_cast<unsigned>(parts.day)};
+absl::CivilDay dayOf(const DateComponents& parts) {
+    return absl::CivilDay(parts.year, parts.month, parts.day);
 }
 
 std::int64_t secondsOfDay(const DateComponents& parts) {
     return std::int64_t{parts.hour} * 3600 + std::int64_t{parts.minute} * 60 + parts.second;
 }
 
-DateComponents onDay(const DateComponents& time, date::sys_days day) {
-    const date::year_month_day calendarDay{day};
+DateComponents onDay(const DateComponents& time, absl::CivilDay day) {
     DateComponents parts = time;
-    parts.year = static_cast<int>(calendarDay.year());
-    parts.month = static_cast<std::int32_t>(static_cast<unsigned>(calendarDay.month()));
-    parts.day = static_cast<std::int32_t>(static_cast<unsigned>(calendarDay.day()));
+    parts.year = static_cast<std::int32_t>(day.year());
+    parts.month = day.month();
+    parts.day = day.day();
     return parts;
 }
 
@@ -58,19 +55,20 @@ DateComponents onDay(const DateComponents& time, date::sys_days day) {
                    dayText(parts) + "; the clocks skip it, write an earlier or a later time");
 }
 
-void refuseUnlessYearFits(const DateComponents& parts, const std::string& place) {
-    if (parts.year < firstYear || parts.year > lastYear)
-        throw BadInput(place + ": the year is " + std::to_string(parts.year) + "; accepted: " +
-                       std::to_string(firstYear) + " to " + std::to_string(lastYear));
+/// Years after 9999 cannot be written: a year has four digits.
+void refuseEarlyYear(const DateComponents& parts, const std::string& place) {
+    if (parts.year < firstYear)
+        throw BadInput(place + ": the year is " + std::to_string(parts.year) +
+                       "; accepted: " + std::to_string(firstYear) + " to 9999");
 }
 
-/// Refuses a fraction of a second and a year that does not fit.
+/// Refuses a fraction of a second and a year before the first.
 DateComponents partsOf(const toml::date_time& dateTime, const TomlValue& value, TimeForm form) {
     if (dateTime.time.nanosecond != 0)
         value.refuse(value.name() + " has a fraction of a second", accepted(form));
     const DateComponents parts{dateTime.date.year, dateTime.date.month,  dateTime.date.day,
                                dateTime.time.hour, dateTime.time.minute, dateTime.time.second};
-    refuseUnlessYearFits(parts, value.place());
+    refuseEarlyYear(parts, value.place());
     return parts;
 }
 
@@ -100,7 +98,7 @@ WrittenTime writtenTime(const std::string& option, const std::string& text, Time
     };
     WrittenTime time{{firstYear, 1, 1, number(4), number(5), number(6)}, match[1].matched, option};
     if (time.parts.hour > 23 || time.parts.minute > 59 || time.parts.second > 59)
-        refuse("is a time that no clock shows");
+        refuse("is not a time of day");
     if (!time.hasDay) {
         if (form == TimeForm::WithDay)
             refuse("has no date");
@@ -109,12 +107,10 @@ WrittenTime writtenTime(const std::string& option, const std::string& text, Time
     time.parts.year = number(1);
     time.parts.month = number(2);
     time.parts.day = number(3);
-    const date::year_month_day day{date::year{time.parts.year},
-                                   date::month{static_cast<unsigned>(time.parts.month)},
-                                   date::day{static_cast<unsigned>(time.parts.day)}};
-    if (!day.ok())
+    const absl::CivilDay day = dayOf(time.parts);
+    if (day.month() != time.parts.month || day.day() != time.parts.day)
         refuse("is no day of the calendar");
-    refuseUnlessYearFits(time.parts, option);
+    refuseEarlyYear(time.parts, option);
     return time;
 }
 
@@ -128,11 +124,12 @@ Date instantOrNext(const WrittenTime& time, const TimeZone& zone, Date from) {
     if (time.hasDay)
         return instantOf(time, zone);
     const DateComponents now = zone.components(from);
-    const date::sys_days today = dayOf(now);
+    const absl::CivilDay today = dayOf(now);
 
-    // Clocks set back at midnight bring the evening before again, so the search starts there.
+    // Clocks set back at midnight repeat a part of the previous evening, so the search starts
+    // there.
     for (int daysAhead = -1;; ++daysAhead) {
-        const DateComponents parts = onDay(time.parts, today + date::days{daysAhead});
+        const DateComponents parts = onDay(time.parts, today + daysAhead);
         if (!zone.exists(parts)) {
             const bool passed =
                 daysAhead < 0 || (daysAhead == 0 && secondsOfDay(parts) < secondsOfDay(now));
@@ -151,8 +148,8 @@ Date instantOfAnyDateTime(const TomlValue& value, const TimeZone& zone) {
     if (!dateTime || !dateTime->get().offset)
         return instantOf(writtenTime(value, TimeForm::WithDay), zone);
     const DateComponents parts = partsOf(dateTime->get(), value, TimeForm::WithDay);
-    const auto days = dayOf(parts).time_since_epoch().count();
-    return {static_cast<double>(std::int64_t{days} * 86400 + secondsOfDay(parts) -
+    const std::int64_t days = dayOf(parts) - absl::CivilDay(1970);
+    return {static_cast<double>(days * 86400 + secondsOfDay(parts) -
                                 std::int64_t{dateTime->get().offset->minutes} * 60)};
 }
 

@@ -1,16 +1,13 @@
-/// Values that stand in several places of a scenario file.
+/// Values that occur in several places of a scenario file.
 #include "night/scenario_values.h"
 
 #include "night/scenario_times.h"
 
 namespace noctara {
 
-const Choices dataRates{"2G", "3G", "4G"};
-const Choices callStates{"none", "in-call", "outgoing", "incoming", "active"};
-
 namespace {
 
-/// Deeper settings would only ever be a slip, and readers of property lists recurse.
+/// A limit, because readers of property lists recurse. Real settings are not nested this deeply.
 constexpr int deepestSettings = 32;
 
 PropertyList setting(const TomlValue& value, const TimeZone& zone, int depth);
@@ -51,17 +48,16 @@ PropertyList setting(const TomlValue& value, const TimeZone& zone, int depth) {
 
 } // namespace
 
-PropertyList readPosture(const TomlValue& value) {
+Posture readPosture(const TomlValue& value) {
     const auto* array = value.node().as_array();
     if (!array)
-        return value.oneOf({"screen-down", "screen-up", "in-hand", "in-pocket", "moving", "none"});
+        return value.oneOf(postureWords);
     if (array->size() != 3)
         value.refuse(value.name() + " has " + std::to_string(array->size()) + " elements",
                      "write the three numbers x, y and z, in g");
-    Array acceleration;
-    for (const TomlValue& element : value.elements({}))
-        acceleration.emplace_back(element.real());
-    return acceleration;
+    const auto axes = value.elements({});
+    // A negative zero becomes zero.
+    return Acceleration{axes[0].real() + 0.0, axes[1].real() + 0.0, axes[2].real() + 0.0};
 }
 
 Dictionary readSettings(const TomlValue& value, const TimeZone& zone) {

@@ -1,8 +1,13 @@
-/// The night told as a story: what happened to the phone, what the monitor made of it and why, and
-/// what the phone did. Only what changes is told; a quiet hour takes no line.
+/// Writes the night as a story: what happened to the phone, what the monitor decided and why, and
+/// what it did. The story has lines only for changes.
 #pragma once
 
-#include "phones/model/phone_model.h"
+#include "monitor/decisions.h"
+#include "night/elapsed_time.h"
+#include "night/wake_ups.h"
+#include "phones/model/local_time.h"
+#include "phones/model/phone_observer.h"
+#include "phones/model/scenario.h"
 
 #include <optional>
 #include <ostream>
@@ -11,73 +16,72 @@
 
 namespace noctara {
 
-class Story final : public PhoneObserver {
+class Story {
 public:
-    /// With `systemLog`, the lines that the monitor logs are told as well. Phone and stream must
-    /// outlive the story.
-    Story(const PhoneModel& watched, std::ostream& lines, bool systemLog);
+    /// With `systemLog` the story includes the lines that the monitor logs. The stream must outlive
+    /// the story.
+    Story(const Scenario& scenario, std::ostream& lines, bool systemLog);
 
-    /// Begins with what moves the phone: a recording, read as the remarks say, from an instant on.
+    /// Writes that a recording provides the accelerometer samples from `from` on, and the remarks
+    /// about the recording.
     void tellOfRecording(const std::string& name, Date from,
                          const std::vector<std::string>& remarks);
 
-    /// Tells that there is no monitor, as the process is none that the library acts in.
-    void tellOfInertness(const std::string& bundle);
+    /// Writes that there is no monitor, because the library does nothing in this process.
+    void tellOfInertness();
 
-    void called(const Call& call) override;
-    void happens(const Happening& happening) override;
+    void called(const Call& call);
+    void happens(const Happening& happening);
+    void decided(Date at, const Decision& decision);
 
-    /// Tells what is still to be told when the night is over.
+    /// Writes what is left to tell. Call it at the end of the night.
     void finish();
 
 private:
-    /// Why the monitor takes no readings.
-    enum class Pause { none, off, charger, window };
+    struct Telling;
 
     void tell(Date at, const std::string& text);
     void tellLog(Date at, const std::string& logged);
+    void tellSettings(Date at);
+    void tellReading(Date at, const ReadingCounted& counted);
+    void tellSwitch(Date at, bool inSleepState);
+    void tellPause(Date at);
 
-    void followSettings(const Call& call);
-    void finishSettings();
-    void followReading(const Call& call);
-    void concludeReading(Date at);
+    void followSound(const Call& call);
     void followSwitch(const Call& call);
-    void finishSwitch(Date at);
-    void followManualChange(const Call& call);
-    void followPauses(Date at);
-    void followPowerMessage(const Happening& happening);
+    void followPowerMessage(Date at, std::uint32_t type);
     void finishNaps();
 
-    std::string settingsInWords() const;
-    Pause reasonForPause() const;
-
-    const PhoneModel& phone;
+    const Scenario night;
+    const TimeZone zone;
     std::ostream& out;
     const bool withLog;
+    ElapsedTime elapsed;
     std::optional<Date> recordingBegins;
     std::string lastDay;
     std::string lastTime;
 
-    // A reload of the settings, told when it is over.
-    std::optional<Date> reloadBegan;
-    std::vector<std::string> filledIn;
-    bool fileWasMissing = false;
+    // A load of the settings. It is told when it has ended.
+    std::optional<SettingsFileMade> fileMade;
     bool fileWasUnreadable = false;
-    bool writeFailed = false;
+    bool fillingInFailed = false;
+    std::vector<std::string> filledIn;
+    Settings settings = {};
 
     // Readings.
-    std::optional<Acceleration> sample;
-    bool sampleIsDeviceMotion = false;
-    int agreeing = 0; ///< Readings in a row that speak for the other state.
-    double lastReading = 0;
-    Pause pause = Pause::none;
-    bool suspended = false; ///< Airplane mode was changed by hand.
+    std::optional<Reading> reading;             ///< The last one.
+    int inARow = 0;                             ///< Readings that disagree with the state.
+    double lastReading;                         ///< On the monotonic clock.
+    std::optional<NoReading::Reason> noReading; ///< Of the last cycle, if it took no reading.
+    std::optional<NoReading::Reason> pause;     ///< The reason that was told last.
+    bool suspended = false;                     ///< Airplane mode was changed by hand.
 
-    // A switch of the state, told when it is over.
+    // A change of the state. It is told when it has ended.
     std::vector<std::string> deeds;
     bool switching = false;
+    std::int64_t airplaneModeSound = 0;
 
-    // Sleeps of the whole phone; a row of them is told as one.
+    // Idle sleeps of the phone. Consecutive ones are told in one line.
     struct Nap {
         Date began;
         Date ended;
@@ -87,7 +91,7 @@ private:
     bool napping = false;
     bool askedToSleep = false;
     bool toldOfRefusal = false;
-    std::size_t wakesListed = 0;
+    WakeUps wakeUps;
 };
 
 } // namespace noctara

@@ -1,4 +1,4 @@
-/// TOML read strictly.
+/// A strict TOML reader.
 #include "night/toml_reader.h"
 
 #include "input/bad_input.h"
@@ -25,7 +25,7 @@ char lowerCase(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-/// How many characters have to be put in, taken out or replaced to make one word the other.
+/// The number of characters to insert, delete or replace to turn one word into the other.
 std::size_t editDistance(std::string_view from, std::string_view to) {
     std::vector<std::size_t> row(to.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});
@@ -41,7 +41,7 @@ std::size_t editDistance(std::string_view from, std::string_view to) {
     return row.back();
 }
 
-/// What to write instead of `given`: the choice that was probably meant, if any, and all of them.
+/// The advice for an unknown word: the nearest choice, if one is near, and the list of all choices.
 std::string advice(std::string_view given, const Choices& choices) {
     constexpr std::size_t longestWord = 40;
     std::string_view nearest;
@@ -150,12 +150,11 @@ bool TomlValue::boolean() const {
     return tomlNode->as_boolean()->get();
 }
 
-bool TomlValue::onlyTrue() const {
+void TomlValue::requireTrue() const {
     if (!tomlNode->is_boolean())
         refuseType("write true");
     if (!tomlNode->as_boolean()->get())
         refuse(valueName + " is false", "write true, or leave it out");
-    return true;
 }
 
 std::string TomlValue::text() const {
@@ -171,13 +170,14 @@ std::string TomlValue::nonEmptyText() const {
     return text;
 }
 
-std::string TomlValue::oneOf(const Choices& choices) const {
+std::size_t TomlValue::oneOf(const Choices& words) const {
     if (!tomlNode->is_string())
-        refuseType(listed(choices));
+        refuseType(listed(words));
     const std::string text = tomlNode->as_string()->get();
-    if (std::find(choices.begin(), choices.end(), text) == choices.end())
-        refuse(valueName + " is " + inQuotes(text), advice(text, choices));
-    return text;
+    const auto found = std::find(words.begin(), words.end(), text);
+    if (found == words.end())
+        refuse(valueName + " is " + inQuotes(text), advice(text, words));
+    return static_cast<std::size_t>(found - words.begin());
 }
 
 std::int64_t TomlValue::integer(std::int64_t least, std::int64_t greatest) const {
@@ -283,11 +283,6 @@ void TomlTable::read(std::string_view key, bool& target) const {
 void TomlTable::readNonEmpty(std::string_view key, std::string& target) const {
     if (const auto found = find(key))
         target = found->nonEmptyText();
-}
-
-void TomlTable::readOneOf(std::string_view key, const Choices& choices, std::string& target) const {
-    if (const auto found = find(key))
-        target = found->oneOf(choices);
 }
 
 toml::table parseToml(std::string_view text, const std::string& file) {

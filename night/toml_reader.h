@@ -1,6 +1,11 @@
-/// TOML read strictly: what is unknown, of a wrong type or out of range is refused with its place.
+/// A strict TOML reader. It refuses unknown keys, wrong types and values out of range, and names
+/// their position.
 #pragma once
 
+#include "phones/model/words.h"
+
+#include <array>
+#include <cstddef>
 #include <toml++/toml.h>
 
 #include <cstdint>
@@ -17,11 +22,11 @@ using Choices = std::vector<std::string_view>;
 /// "accepted: a, b, c"
 std::string listed(const Choices& choices);
 
-/// One value of a document, which must outlive it. Every reader throws BadInput, with the place of
-/// the value, for what it does not accept.
+/// A value of a document. The document must outlive it. Every reading function throws BadInput,
+/// with the position of the value, for a value that it does not accept.
 class TomlValue {
 public:
-    /// `name` is what messages call the value: its key, or the header of its table.
+    /// `name` is the name of the value in messages: its key, or the header of its table.
     TomlValue(std::string name, const toml::node& node, std::shared_ptr<const std::string> file);
 
     const toml::node& node() const { return *tomlNode; }
@@ -32,34 +37,47 @@ public:
 
     [[noreturn]] void refuse(const std::string& wrong, const std::string& accepted) const;
 
-    /// Refuses the value for its type.
+    /// Refuses the value because of its type.
     [[noreturn]] void refuseType(const std::string& accepted) const;
 
     bool boolean() const;
 
-    /// Only true is accepted.
-    bool onlyTrue() const;
+    /// Refuses every value except true.
+    void requireTrue() const;
 
     std::string text() const;
     std::string nonEmptyText() const;
-    std::string oneOf(const Choices& choices) const;
+
+    /// The index of the word that it is.
+    std::size_t oneOf(const Choices& words) const;
+
+    /// The value that one of the words stands for.
+    template <typename Value, std::size_t count>
+    Value oneOf(const std::array<Word<Value>, count>& words) const {
+        Choices accepted;
+        for (const auto& word : words)
+            accepted.push_back(word.word);
+        return words[oneOf(accepted)].value;
+    }
+
     std::int64_t integer(std::int64_t least, std::int64_t greatest) const;
 
     /// A finite number, written with or without a decimal point.
     double real() const;
 
-    /// The elements of an array. `accepted` says what array it has to be.
+    /// The elements of an array. `accepted` is the end of the message for another value.
     std::vector<TomlValue> elements(const std::string& accepted) const;
 
     std::vector<std::string> texts() const;
 
-    /// The entries of a table, in the order of the file. `accepted` says what table it has to be.
+    /// The entries of a table, in the order of the file. `accepted` is the end of the message for
+    /// another value.
     std::vector<TomlValue> entries(const std::string& accepted) const;
 
     /// A value of the same file.
     TomlValue sibling(std::string name, const toml::node& node) const;
 
-    /// As `place`, of another position in the same file.
+    /// As `place`, for another position in the same file.
     std::string placeOf(const toml::source_region& region) const;
 
 private:
@@ -68,31 +86,36 @@ private:
     std::shared_ptr<const std::string> fileName;
 };
 
-/// A table of which all keys are known.
+/// A table that has only known keys.
 class TomlTable {
 public:
-    /// Refuses what is no table, and a key that is not among `keys`.
+    /// Refuses a value that is not a table, and keys that are not in `keys`.
     TomlTable(TomlValue value, const Choices& keys);
 
     const TomlValue& value() const { return tableValue; }
     std::optional<TomlValue> find(std::string_view key) const;
 
-    /// The value under a key that must be there.
+    /// The value of a required key.
     TomlValue require(std::string_view key) const;
 
-    /// The values of an array of tables; none when there is no such key.
+    /// The elements of an array of tables. Empty if there is no such key.
     std::vector<TomlValue> tables(std::string_view key) const;
 
-    /// These leave `target` as it is when there is no such key.
+    /// These leave `target` unchanged if there is no such key.
     void read(std::string_view key, bool& target) const;
     void readNonEmpty(std::string_view key, std::string& target) const;
-    void readOneOf(std::string_view key, const Choices& choices, std::string& target) const;
+    template <typename Value, std::size_t count>
+    void readOneOf(std::string_view key, const std::array<Word<Value>, count>& words,
+                   Value& target) const {
+        if (const auto value = find(key))
+            target = value->oneOf(words);
+    }
 
 private:
     TomlValue tableValue;
 };
 
-/// Parses a document. `file` is what messages call it.
+/// Parses a document. `file` is its name in messages. Throws BadInput.
 toml::table parseToml(std::string_view text, const std::string& file);
 
 } // namespace noctara

@@ -7,8 +7,6 @@ namespace noctara {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 /// A whole number of seconds is written without a fraction.
 Json number(double value) {
     constexpr double exactIntegers = 9007199254740992.0;
@@ -69,32 +67,79 @@ Json json(const PropertyList& value) {
     return std::visit(ToJson(), value.variant());
 }
 
+/// The value of an event. One overload for each kind of event. A missing overload is a compile
+/// error.
+struct EventValue {
+    Json operator()(const PostureChange& change) const {
+        if (const auto* read = std::get_if<Acceleration>(&change.posture))
+            return Json::array({number(read->x), number(read->y), number(read->z)});
+        return wordOf(postureWords, std::get<NamedPosture>(change.posture));
+    }
+    Json operator()(const ChargerChange& change) const { return change.plugged; }
+    Json operator()(const SettingsChange& change) const { return json(change.changed); }
+    Json operator()(const SettingsRemoval& removal) const { return removal.keys; }
+    Json operator()(const AirplaneModeSwitch& change) const { return change.on; }
+    Json operator()(const WifiSwitch& change) const { return change.on; }
+    Json operator()(const BluetoothSwitch& change) const { return change.on; }
+    Json operator()(const BluetoothConnection& change) const { return change.connected; }
+    Json operator()(const CellularDataSwitch& change) const { return change.on; }
+    Json operator()(const LocationSwitch& change) const { return change.on; }
+    Json operator()(const CallChange& change) const { return wordOf(callStateWords, change.state); }
+    Json operator()(const MaxRateChange& change) const {
+        return wordOf(dataRateWords, change.rate);
+    }
+    Json operator()(const ButtonPress&) const { return true; }
+    Json operator()(const DiskChange& change) const { return wordOf(diskStateWords, change.state); }
+    Json operator()(const SettingsFileChange& change) const {
+        return wordOf(settingsFileFaultWords, change.fault);
+    }
+    Json operator()(const TelephonyServerChange& change) const { return change.answers; }
+    Json operator()(const PowerMessage& message) const {
+        return Json{{"type", message.type}, {"notification", message.notification}};
+    }
+    Json operator()(const ClockChange& change) const { return ToJson()(change.to); }
+    Json operator()(const MonitorStop&) const { return true; }
+};
+
 void writeLine(std::ostream& out, const Json& line) {
-    // Text that is no UTF-8 came with a file; it is shown as far as it can be.
+    // A file may contain text that is not UTF-8. The invalid bytes are replaced.
     out << line.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
 }
 
 } // namespace
 
+Json jsonOf(const CallValue& value) {
+    return std::visit(ToJson(), value);
+}
+
 void TraceWriter::called(const Call& call) {
+    if (!hasClock && (call.operation == Operation::time || call.operation == Operation::date))
+        return;
     Json line{{"t", number(call.at.secondsSince1970)},
               {"thread", call.onMainThread ? "main" : "monitor"},
-              {"op", call.operation}};
+              {"op", nameOf(call.operation)}};
     if (!call.arguments.empty()) {
         Json& arguments = line["args"] = Json::array();
         for (const auto& argument : call.arguments)
-            arguments.push_back(std::visit(ToJson(), argument));
+            arguments.push_back(jsonOf(argument));
     }
     if (call.result)
-        line["result"] = std::visit(ToJson(), *call.result);
+        line["result"] = jsonOf(*call.result);
     writeLine(out, line);
 }
 
 void TraceWriter::happens(const Happening& happening) {
     writeLine(out, Json{{"t", number(happening.at.secondsSince1970)},
                         {"thread", "main"},
-                        {"event", happening.action},
-                        {"args", json(happening.value)}});
+                        {"event", nameOf(happening.event)},
+                        {"args", std::visit(EventValue(), happening.event)}});
+}
+
+void TraceWriter::end(Date at, const std::optional<std::string>& why) {
+    writeLine(out, Json{{"t", number(at.secondsSince1970)},
+                        {"thread", "main"},
+                        {"event", "end"},
+                        {"args", why ? Json(*why) : Json()}});
 }
 
 } // namespace noctara

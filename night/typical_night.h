@@ -1,4 +1,4 @@
-/// The night that is played when none is named.
+/// The night that is played if the user names no scenario.
 #pragma once
 
 #include <string_view>

@@ -1,31 +1,33 @@
-/// The applications on the phone, as the home screen manages them. Main thread.
+/// The applications on the phone, as the home screen manages them. Call these on the main thread.
 #pragma once
 
 #include "platform/host_process.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace noctara {
 
-/// An installed application, or the home screen itself. Owned by the host; two applications are
-/// the same when they are the same object.
+/// An installed application, or the home screen itself. Owned by the host. Two applications are
+/// equal if they are the same object.
 class Application {
 public:
     virtual ~Application() = default;
 
-    virtual std::string displayIdentifier() = 0;
+    /// Absent if the host's object has none (nil).
+    virtual std::optional<std::string> displayIdentifier() = 0;
 
-    /// The name that the user sees.
-    virtual std::string displayName() = 0;
+    /// The name that the user sees. Absent if the host's object has none (nil).
+    virtual std::optional<std::string> displayName() = 0;
 
-    /// Whether it has a running `process`.
+    /// Whether the application is running (`process`).
     virtual bool hasProcess() = 0;
 
     /// Brings the running application to the front.
     virtual void activate() = 0;
 
-    /// Asks the application to quit; to be followed by `kill`.
+    /// Asks the application to quit. The caller then calls `kill`.
     virtual void resumeToQuit() = 0;
 
     /// Ends the application's process, if there is one.
@@ -37,11 +39,11 @@ class ApplicationController {
 public:
     virtual ~ApplicationController() = default;
 
-    /// Visits the installed applications in the controller's own order. Throws when the list
-    /// changes while it is being walked.
+    /// Visits the installed applications in the controller's order. Throws if the list changes
+    /// during the visits.
     virtual void allApplications(const std::function<void(Application&)>& visit) = 0;
 
-    /// The object that stands for the home screen; null when the controller does not respond to
+    /// The object of the home screen; null if the controller does not respond to
     /// `springBoard`.
     virtual Application* springBoard() = 0;
 };
@@ -55,7 +57,7 @@ public:
     virtual void launch() = 0;
 };
 
-/// `SBIconModel`. The icon of an identifier is null when there is none.
+/// `SBIconModel`. The icon of an identifier is null if there is none.
 class IconModel {
 public:
     virtual ~IconModel() = default;
@@ -63,7 +65,7 @@ public:
     virtual bool respondsToLeafIconForIdentifier() = 0;
     virtual Icon* leafIconForIdentifier(const std::string& identifier) = 0;
 
-    /// The older way, for a model that does not respond to the one above.
+    /// The older method, for a model that does not respond to the one above.
     virtual Icon* iconForDisplayIdentifier(const std::string& identifier) = 0;
 };
 

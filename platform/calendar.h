@@ -7,7 +7,7 @@
 
 namespace noctara {
 
-/// An instant taken apart, in local time. Months and days count from 1.
+/// A local date and time. Months and days count from 1.
 struct DateComponents {
     std::int32_t year = 1970;
     std::int32_t month = 1;
@@ -23,9 +23,9 @@ public:
 
     virtual DateComponents components(Date date) = 0;
 
-    /// The instant of these parts. An hour outside 0 to 23 carries over into neighbouring days. Of
-    /// a local time that occurs twice the later instant is meant; one that a change of the clocks
-    /// skips is moved on by as much as the clocks are.
+    /// The instant of a local date and time. An hour outside 0 to 23 carries over into neighbouring
+    /// days. A local time that occurs twice means the later instant. A local time that a clock
+    /// change skips is moved forward by the length of the change.
     virtual Date date(const DateComponents& components) = 0;
 };
 

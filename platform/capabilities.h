@@ -19,7 +19,7 @@ public:
     /// Loads the library at `path` with lazy binding (`dlopen` with mode 1). Null on failure.
     virtual LibraryRef open(const char* path) = 0;
 
-    /// The function of that name (`dlsym`). Null when the library is null or has no such function.
+    /// The function of that name (`dlsym`). Null if the library is null or has no such function.
     virtual FunctionRef find(LibraryRef library, const char* name) = 0;
 
     /// `dlclose`; a null library is ignored.
@@ -33,8 +33,8 @@ public:
     /// `GSSystemHasCapability` as the host links it: non-zero when the device has the capability.
     virtual int linkedGSSystemHasCapability(const std::string& name) = 0;
 
-    /// Calls of a function that `DynamicLibraries::find` gave under the same name. A null function
-    /// answers 0, or nothing.
+    /// These call a function that `DynamicLibraries::find` returned for the name after "call". For
+    /// a null function the result is 0 or absent.
     virtual int callGSSystemHasCapability(FunctionRef function, const std::string& name) = 0;
     virtual std::optional<PropertyList> callGSSystemCopyCapability(FunctionRef function,
                                                                    const std::string& name) = 0;

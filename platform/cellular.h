@@ -7,7 +7,7 @@ namespace noctara {
 
 /// A data rate of the cellular radio.
 enum class DataRate {
-    kCTRegistrationDataRateUnknown, ///< Any other answer of the phone; equal to no rate below.
+    kCTRegistrationDataRateUnknown, ///< Any value that is none of the rates below.
     kCTRegistrationDataRate2G,
     kCTRegistrationDataRate3G,
     kCTRegistrationDataRate4G,
@@ -16,7 +16,7 @@ enum class DataRate {
 /// A connection to the telephony server, released by `CellularRadio::releaseConnection`.
 using ServerConnectionRef = void*;
 
-/// Called by the telephony server, with arguments that nobody here looks at.
+/// Called by the telephony server. The server passes arguments, which the callback ignores.
 using ServerConnectionCallback = void (*)();
 
 class CellularRadio {
@@ -24,7 +24,7 @@ public:
     virtual ~CellularRadio() = default;
 
     /// Whether cellular data is on (`CTCellularDataPlanGetIsEnabled`,
-    /// `CTRegistrationGetCellularDataIsEnabled`: two doors to the same answer).
+    /// `CTRegistrationGetCellularDataIsEnabled`: both functions give the same answer).
     virtual bool dataPlanIsEnabled() = 0;
     virtual bool registrationDataIsEnabled() = 0;
 
@@ -34,7 +34,7 @@ public:
     /// `CTRegistrationGetCurrentMaxAllowedDataRate`.
     virtual DataRate currentMaxAllowedDataRate() = 0;
 
-    /// `CTRegistrationSetMaxAllowedDataRate`, and what it answers.
+    /// `CTRegistrationSetMaxAllowedDataRate` and its result.
     virtual bool setMaxAllowedDataRate(DataRate rate) = 0;
 
     /// `_CTServerConnectionCreate` with the default allocator and no context. Null when the

@@ -9,10 +9,11 @@ class Charger {
 public:
     virtual ~Charger() = default;
 
-    /// The one `SBUIController`, of the class found by that name. Null for a null class.
+    /// The shared `SBUIController`, of the class found by that name. Null for a null class.
     virtual ObjectRef sharedController(ClassRef controllerClass) = 0;
 
-    /// Whether the phone is on external power. Main thread. False for a null controller.
+    /// Whether the phone is on external power. False for a null controller. Call it on the main
+    /// thread.
     virtual bool isOnAC(ObjectRef controller) = 0;
 };
 

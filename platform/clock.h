@@ -1,4 +1,4 @@
-/// The wall clock, and waiting.
+/// The wall clock, and sleeping.
 #pragma once
 
 #include "platform/property_list.h"
@@ -11,10 +11,11 @@ class Clock {
 public:
     virtual ~Clock() = default;
 
-    /// Whole seconds since 1970 (`time`). Can jump in either direction.
+    /// Whole seconds since 1970 on the wall clock (`time`). Jumps in either direction when the
+    /// clock is set.
     virtual std::int64_t time() = 0;
 
-    /// The present instant, with its fraction of a second.
+    /// The time on the wall clock, with its fraction of a second.
     virtual Date now() = 0;
 
     /// Blocks the calling thread for whole seconds (`sleep`); 0 returns at once.

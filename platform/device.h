@@ -1,4 +1,4 @@
-/// What the device says of itself.
+/// The model, the interface style and the system version of the device.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@ public:
     /// The machine name of `uname`, for example "iPhone4,1".
     virtual std::string machine() = 0;
 
-    /// The style of the current device's interface: 0 for a phone's, other values for others.
+    /// The interface style of the device: 0 for a phone, other values for other devices.
     virtual std::int32_t userInterfaceIdiom() = 0;
 
     /// The system's CoreFoundation version (`kCFCoreFoundationVersionNumber`).

@@ -1,4 +1,4 @@
-/// Property-list files, read and written whole.
+/// Property-list files. Each call reads or writes a whole file. Any thread.
 #pragma once
 
 #include "platform/property_list.h"
@@ -8,10 +8,10 @@
 
 namespace noctara {
 
-/// What parsing a property list gave: a value, or the parser's description of what is wrong.
+/// The result of parsing a property list: a value, or the parser's error message.
 struct ParsedPropertyList {
     std::optional<PropertyList> value;
-    std::string error; ///< Empty exactly when there is a value.
+    std::string error; ///< Empty if and only if there is a value.
 };
 
 class Files {
@@ -22,11 +22,11 @@ public:
     virtual bool exists(const std::string& path) = 0;
 
     /// The file's top-level dictionary (`initWithContentsOfFile:`), from the XML or the binary
-    /// form. Absent when the file is missing, cannot be read, or is not a dictionary.
+    /// form. Absent if the file is missing, cannot be read or is not a dictionary.
     virtual std::optional<Dictionary> readDictionary(const std::string& path) = 0;
 
-    /// Writes XML to a temporary file that then takes the place of the one at `path`
-    /// (`writeToFile:atomically:`). False when that failed; the old file is then as it was.
+    /// Writes XML to a temporary file and renames it to `path` (`writeToFile:atomically:`). False
+    /// on failure; the old file is then unchanged.
     virtual bool writeDictionary(const std::string& path, const Dictionary& dictionary) = 0;
 
     /// Reads and parses the whole file (`propertyListFromData:`), from the XML or the binary form.

@@ -6,12 +6,14 @@
 
 namespace noctara {
 
-/// In units of g, in the phone's axes: a phone lying still reads z = +1 with the screen facing
-/// down and z = -1 with the screen facing up.
+/// In units of g, in the phone's axes. A phone that lies still reads z = +1 with the screen down
+/// and z = -1 with the screen up.
 struct Acceleration {
     double x = 0;
     double y = 0;
     double z = 0;
+
+    friend bool operator==(const Acceleration&, const Acceleration&) = default;
 };
 
 class MotionManager {
@@ -23,10 +25,11 @@ public:
     /// The sampling period in seconds.
     virtual void setAccelerometerUpdateInterval(double seconds) = 0;
 
-    /// Gravity in the latest device-motion sample; absent while device-motion updates do not run.
+    /// Gravity in the latest device-motion sample. Absent if there is none, for example because
+    /// device-motion updates do not run.
     virtual std::optional<Acceleration> deviceMotion() = 0;
 
-    /// The latest raw sample; absent when none has arrived.
+    /// The latest raw sample. Absent if none has arrived.
     virtual std::optional<Acceleration> accelerometerData() = 0;
 
     virtual void stopAccelerometerUpdates() = 0;
@@ -36,7 +39,7 @@ class Motion {
 public:
     virtual ~Motion() = default;
 
-    /// A new motion manager, its updates stopped. Never null.
+    /// A new motion manager whose updates are stopped. Never null.
     virtual std::unique_ptr<MotionManager> makeMotionManager() = 0;
 };
 

@@ -1,7 +1,8 @@
-/// A phone: every service that the monitor asks of one, the time of day included.
+/// The services of a phone that the core uses.
 ///
-/// The core reaches a phone through these references alone, so that it runs the same inside
-/// SpringBoard and on a simulated phone.
+/// The core uses the phone only through these services, so that the same code runs in SpringBoard
+/// and on a simulated phone. The provider of the phone sets every pointer. The services must
+/// outlive the objects of the core that use them.
 #pragma once
 
 namespace noctara {
@@ -30,33 +31,32 @@ class WakeScheduler;
 class WiFi;
 
 struct Platform {
-    SystemLog& log;
-    HostProcess& process;
-    Threads& threads;
-    Clock& clock;
-    Calendar& calendar;
-    Files& files;
-    Notifications& notifications;
-    SystemPower& power;
-    WakeScheduler& wakes;
-    Charger& charger;
-    Motion& motion;
-    SystemSounds& sounds;
-    Applications& applications;
-    Telephony& telephony;
-    WiFi& wifi;
-    BluetoothManager& bluetooth;
-    LocationManager& location;
-    CellularRadio& cellular;
-    Preferences& preferences;
-    Device& device;
-    DynamicLibraries& libraries;
-    CapabilityFunctions& capabilities;
+    SystemLog* log = nullptr;
+    HostProcess* process = nullptr;
+    Threads* threads = nullptr;
+    Clock* clock = nullptr;
+    Calendar* calendar = nullptr;
+    Files* files = nullptr;
+    Notifications* notifications = nullptr;
+    SystemPower* power = nullptr;
+    WakeScheduler* wakes = nullptr;
+    Charger* charger = nullptr;
+    Motion* motion = nullptr;
+    SystemSounds* sounds = nullptr;
+    Applications* applications = nullptr;
+    Telephony* telephony = nullptr;
+    WiFi* wifi = nullptr;
+    BluetoothManager* bluetooth = nullptr;
+    LocationManager* location = nullptr;
+    CellularRadio* cellular = nullptr;
+    Preferences* preferences = nullptr;
+    Device* device = nullptr;
+    DynamicLibraries* libraries = nullptr;
+    CapabilityFunctions* capabilities = nullptr;
 };
 
-/// The phone of this process, for the entry points that the loader and the system call without
-/// arguments. Set once, before the first of them is called, by whoever provides the phone; null
-/// until then.
+/// The phone of this process, for entry points that receive no platform from their caller. The
+/// provider of the phone sets it before the first entry point is called. Null until then.
 inline const Platform* processPlatform = nullptr;
 
 } // namespace noctara

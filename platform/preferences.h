@@ -9,10 +9,10 @@ class Preferences {
 public:
     virtual ~Preferences() = default;
 
-    /// Sets one key of a domain (`CFPreferencesSetAppValue`); `synchronize` makes it last.
+    /// Sets one key of a domain (`CFPreferencesSetAppValue`). `appSynchronize` writes it to disk.
     virtual void setAppValue(const char* key, const PropertyList& value, const char* domain) = 0;
 
-    /// Writes out what was set in a domain (`CFPreferencesAppSynchronize`).
+    /// Writes the changes of a domain to disk (`CFPreferencesAppSynchronize`).
     virtual void appSynchronize(const char* domain) = 0;
 };
 

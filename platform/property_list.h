@@ -1,4 +1,4 @@
-/// The values that a property list holds, as the phone's services hand them over.
+/// The values of property lists, as the services of a phone take and return them.
 #pragma once
 
 #include <compare>
@@ -27,7 +27,7 @@ struct DictionaryEntry;
 using Data = std::vector<std::uint8_t>;
 using Array = std::vector<PropertyList>;
 
-/// Key strings, each with one value, in an order of its own: that of the file, or of insertion.
+/// A map from strings to values. It keeps the order of the file, or of insertion.
 class Dictionary {
 public:
     Dictionary();
@@ -38,13 +38,13 @@ public:
     Dictionary& operator=(Dictionary&&) noexcept;
     ~Dictionary();
 
-    /// The value under `key`; null when there is none. Valid until the dictionary changes.
+    /// The value of `key`, or null. The pointer is valid until the dictionary changes.
     const PropertyList* find(std::string_view key) const;
 
-    /// Replaces the value under `key` in its place, or appends a new key.
+    /// Replaces the value of `key` without moving it, or appends a new key.
     void set(std::string_view key, PropertyList value);
 
-    /// False when there was no such key.
+    /// False if there was no such key.
     bool remove(std::string_view key);
 
     std::size_t size() const;
@@ -58,8 +58,9 @@ private:
     std::vector<DictionaryEntry> entries;
 };
 
-/// What a value was made of on a phone, which can say more than the value: an integer beyond 63
-/// bits, the sign of -0.0. Each phone derives its own and knows it again by its type.
+/// The phone's own representation of a value. It can hold more than the value does, such as an
+/// integer beyond 63 bits or the sign of -0.0. Each implementation of a phone derives its own class
+/// and recognizes its objects by their type.
 class PhoneObject {
 public:
     virtual ~PhoneObject() = default;
@@ -67,8 +68,8 @@ public:
 
 /// One value of a property list.
 ///
-/// A value that a phone read carries the phone's own object, so that a file that is read and
-/// written again keeps what it said. Copies carry the same object; comparison ignores it.
+/// A value that a phone has read can keep the phone's own object, so that reading and writing a
+/// file loses nothing. Copies share the object. Comparison ignores it.
 class PropertyList {
 public:
     using Value =
@@ -77,7 +78,7 @@ public:
     PropertyList(bool truth) : value(truth) {}
     PropertyList(std::int32_t integer) : value(std::int64_t{integer}) {}
     PropertyList(std::int64_t integer) : value(integer) {}
-    /// A negative zero is taken for zero: not every writer of property lists keeps its sign.
+    /// -0.0 becomes 0.0, because not every writer of property lists keeps the sign.
     PropertyList(double real) : value(real + 0.0) {}
     PropertyList(const char* text) : value(std::string(text)) {}
     PropertyList(std::string text) : value(std::move(text)) {}
@@ -89,32 +90,32 @@ public:
     PropertyList(PropertyList made, std::shared_ptr<const PhoneObject> of) :
         value(std::move(made.value)), origin(std::move(of)) {}
 
-    /// The value as a `T` of the variant; null when it is of another type.
+    /// The value as a `T` of the variant. Null if it has another type.
     template <typename T>
     const T* as() const {
         return std::get_if<T>(&value);
     }
-    /// Likewise, to be changed: the value no longer carries an object of the phone.
+    /// As above, for changing the value. Drops the phone's object, which no longer matches.
     template <typename T>
     T* as() {
         origin.reset();
         return std::get_if<T>(&value);
     }
 
-    /// The object of the phone that the value was made of, if it is a `T`; otherwise null.
+    /// The phone's object of the value, if it is a `T`; otherwise null.
     template <typename T>
     const T* madeOf() const {
         return dynamic_cast<const T*>(origin.get());
     }
 
-    /// The platform's truth: a number that is not zero (not-a-number included); a string in which
-    /// Y, y, T, t or 1 to 9 follows leading blanks, an optional sign and zeros. Anything else is
-    /// false.
+    /// The platform's `boolValue`. True for a number other than zero (NaN included), and for a
+    /// string in which Y, y, T, t or 1 to 9 follows optional blanks, an optional sign and optional
+    /// zeros. False for anything else.
     bool boolValue() const;
 
-    /// The platform's 32-bit integer: of a larger integer the low 32 bits; a real truncated, one
-    /// out of range clamped, not-a-number 0; of a string its leading decimal integer, clamped.
-    /// Anything else is 0.
+    /// The platform's `intValue`. An integer gives its low 32 bits. A real is truncated and
+    /// clamped; NaN gives 0. A string gives its leading decimal integer, clamped. Anything else
+    /// gives 0.
     std::int32_t intValue() const;
 
     const Value& variant() const { return value; }

@@ -1,25 +1,25 @@
-/// The system's power management (IOKit): news of sleep, and the answers to its questions.
+/// The system's power management (IOKit): messages about system sleep, and the answers to them.
 #pragma once
 
 #include <cstdint>
 
 namespace noctara {
 
-/// An idle sleep is about to begin: allow or cancel it.
+/// Idle sleep is about to begin. The receiver can allow or cancel it.
 inline constexpr std::uint32_t kIOMessageCanSystemSleep = 0xE0000270;
-/// The system goes to sleep: can only be allowed.
+/// The system goes to sleep. The receiver can only allow it.
 inline constexpr std::uint32_t kIOMessageSystemWillSleep = 0xE0000280;
 /// The system has woken up.
 inline constexpr std::uint32_t kIOMessageSystemHasPoweredOn = 0xE0000300;
 
-/// A connection to the root power domain; 0 is none.
+/// A connection to the root power domain. 0 means no connection.
 using PowerConnection = std::uint32_t;
 
 /// A run loop, and a port whose notifications a run loop can deliver. Owned by the system.
 using RunLoopRef = void*;
 using NotificationPortRef = void*;
 
-/// `service` is an object handle; `messageArgument` identifies the notification to be answered.
+/// `service` is an object handle. `messageArgument` identifies the message in the answer.
 using PowerCallback = void (*)(void* refcon, std::uint32_t service, std::uint32_t messageType,
                                void* messageArgument);
 
@@ -27,16 +27,16 @@ class SystemPower {
 public:
     virtual ~SystemPower() = default;
 
-    /// Registers for the power messages (`IORegisterForSystemPower`, without a refcon). 0 on
-    /// failure, with `port` untouched.
+    /// Registers for the power messages (`IORegisterForSystemPower`, with a null refcon). Returns 0
+    /// on failure and then leaves `port` unchanged.
     virtual PowerConnection registerForSystemPower(PowerCallback callback,
                                                    NotificationPortRef& port) = 0;
 
     /// The calling thread's run loop (`CFRunLoopGetCurrent`).
     virtual RunLoopRef currentRunLoop() = 0;
 
-    /// Has `runLoop` deliver what arrives at `port`, in the common modes. Until then no message
-    /// reaches the callback.
+    /// Makes `runLoop` deliver the messages of `port`, in the common modes. No message reaches the
+    /// callback before that.
     virtual void addSource(RunLoopRef runLoop, NotificationPortRef port) = 0;
 
     /// The answers to one message (`IOAllowPowerChange`, `IOCancelPowerChange`). `notification` is

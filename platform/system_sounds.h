@@ -6,17 +6,18 @@
 
 namespace noctara {
 
-/// A registered sound. 0 is no sound.
+/// A registered sound. 0 means no sound.
 using SoundID = std::uint32_t;
 
-/// The sound that is a vibration (`kSystemSoundID_Vibrate`).
+/// Makes the phone vibrate (`kSystemSoundID_Vibrate`).
 inline constexpr SoundID vibrationSound = 4095;
 
 class SystemSounds {
 public:
     virtual ~SystemSounds() = default;
 
-    /// Registers the sound file at `path`. False, with `id` untouched, when it cannot be read.
+    /// Registers the sound file at `path`. False if the file cannot be read; `id` is then
+    /// unchanged.
     virtual bool create(const std::string& path, SoundID& id) = 0;
 
     /// Starts the sound (0 is ignored) and returns at once.

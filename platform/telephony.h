@@ -1,4 +1,5 @@
-/// The home screen's telephony manager (`SBTelephonyManager`). Main thread, but for the questions.
+/// The home screen's telephony manager (`SBTelephonyManager`). Call the setters and
+/// `updateAirplaneMode` on the main thread. The queries may be called on any thread.
 #pragma once
 
 #include "platform/host_process.h"
@@ -11,7 +12,7 @@ public:
 
     virtual bool isInAirplaneMode() = 0;
 
-    /// Sets the flag; `updateAirplaneMode` makes it take effect.
+    /// Sets the flag. `updateAirplaneMode` makes it take effect.
     virtual void setIsInAirplaneMode(bool airplane) = 0;
     virtual void updateAirplaneMode() = 0;
 
@@ -27,8 +28,8 @@ class Telephony {
 public:
     virtual ~Telephony() = default;
 
-    /// `sharedTelephonyManager` of the class found by the name "SBTelephonyManager". Null when
-    /// there is none, or for a null class.
+    /// `sharedTelephonyManager` of the class found by the name "SBTelephonyManager". Null if there
+    /// is no manager or the class is null.
     virtual TelephonyManager* sharedTelephonyManager(ClassRef managerClass) = 0;
 };
 

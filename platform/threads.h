@@ -1,4 +1,4 @@
-/// Threads: a named one to start, and the way back to the host's main thread.
+/// Starts named threads and runs work on the main thread of the host.
 #pragma once
 
 #include <functional>
@@ -6,7 +6,7 @@
 
 namespace noctara {
 
-/// A started thread. Letting go of the object neither stops nor joins it.
+/// A started thread. Destroying the object neither stops nor joins the thread.
 class Thread {
 public:
     virtual ~Thread() = default;
@@ -22,8 +22,8 @@ public:
     virtual bool isMainThread() = 0;
 
     /// Runs `work` on the main thread and returns when it has finished
-    /// (`performSelectorOnMainThread:withObject:waitUntilDone:`); called there, runs it at once.
-    /// `selector` names the work.
+    /// (`performSelectorOnMainThread:withObject:waitUntilDone:`). On the main thread itself it runs
+    /// `work` at once. `selector` is the name of the work.
     virtual void performOnMainThread(const char* selector, const std::function<void()>& work) = 0;
 };
 

@@ -1,4 +1,4 @@
-/// UTF-8, one character at a time.
+/// Decodes and checks UTF-8.
 #pragma once
 
 #include <optional>
@@ -6,8 +6,9 @@
 
 namespace noctara {
 
-/// Takes the first character off `text`. Absent, with `text` as it was, when what it begins with is
-/// not well-formed (overlong, a surrogate, beyond U+10FFFF, cut off), or when it is empty.
+/// Removes the first character from `text` and returns it. Absent, with `text` unchanged, if `text`
+/// is empty or does not begin with a well-formed character. Overlong forms, surrogates, values
+/// beyond U+10FFFF and truncated characters are not well-formed.
 std::optional<char32_t> takeUtf8(std::string_view& text);
 
 bool isUtf8(std::string_view text);

@@ -17,8 +17,9 @@ public:
     /// Asks the system to wake the phone at `date` (`CPScheduleWakeAtDateWithIdentifier`).
     virtual void schedule(Date date, const std::string& identifier) = 0;
 
-    /// Takes back the wake-up scheduled for exactly `date` under `identifier`
-    /// (`CPCancelWakeAtDateWithIdentifier`). Nothing happens when there is none.
+    /// Takes back the wake-up scheduled for `date` under `identifier`
+    /// (`CPCancelWakeAtDateWithIdentifier`). `date` may also be the one that the system's list
+    /// shows for it, which can lack the fraction of a second. Nothing happens when there is none.
     virtual void cancel(Date date, const std::string& identifier) = 0;
 };
 

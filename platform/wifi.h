@@ -16,8 +16,8 @@ public:
     virtual bool wiFiEnabled() = 0;
     virtual void setWiFiEnabled(bool enabled) = 0;
 
-    /// Sends the message `selector`, which takes no arguments, and hands back its answer; absent
-    /// when there is none.
+    /// Sends the message `selector`, which takes no arguments, and returns its result. Absent if it
+    /// has none.
     virtual std::optional<PropertyList> perform(const char* selector) = 0;
 };
 

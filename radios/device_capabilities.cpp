@@ -12,7 +12,7 @@ namespace {
 constexpr const char* graphicsServices =
     "/System/Library/PrivateFrameworks/GraphicsServices.framework/GraphicsServices";
 
-/// Nearly in alphabetical order; reports follow this one.
+/// Reports list the capabilities in this order.
 constexpr std::array knownCapabilities{
     "720p",
     "armv6",
@@ -82,18 +82,18 @@ constexpr std::array knownCapabilities{
 DeviceCapabilities::DeviceCapabilities(const Platform& phone) : platform(phone) {}
 
 bool DeviceCapabilities::supportsCapability(const std::string& name) {
-    const LibraryRef library = platform.libraries.open(graphicsServices);
-    const FunctionRef function = platform.libraries.find(library, "GSSystemHasCapability");
-    const int answer = platform.capabilities.callGSSystemHasCapability(function, name);
-    platform.libraries.close(library);
+    const LibraryRef library = platform.libraries->open(graphicsServices);
+    const FunctionRef function = platform.libraries->find(library, "GSSystemHasCapability");
+    const int answer = platform.capabilities->callGSSystemHasCapability(function, name);
+    platform.libraries->close(library);
     return answer != 0;
 }
 
 std::optional<PropertyList> DeviceCapabilities::fetchCapability(const std::string& name) {
-    const LibraryRef library = platform.libraries.open(graphicsServices);
-    const FunctionRef function = platform.libraries.find(library, "GSSystemCopyCapability");
-    auto value = platform.capabilities.callGSSystemCopyCapability(function, name);
-    platform.libraries.close(library);
+    const LibraryRef library = platform.libraries->open(graphicsServices);
+    const FunctionRef function = platform.libraries->find(library, "GSSystemCopyCapability");
+    auto value = platform.capabilities->callGSSystemCopyCapability(function, name);
+    platform.libraries->close(library);
     return value;
 }
 

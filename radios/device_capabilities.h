@@ -1,5 +1,5 @@
-/// Named capabilities of the device, as the system's graphics-services library tells them: the
-/// methods of the category `UIDevice(Capabilities)`. Offered to others; nothing here calls them.
+/// Named capabilities of the device, from the system's GraphicsServices library: the methods of the
+/// category `UIDevice(Capabilities)`. The monitor does not use them.
 #pragma once
 
 #include "platform/platform.h"
@@ -17,13 +17,13 @@ public:
 
     bool supportsCapability(const std::string& name);
 
-    /// The capability's value; absent when it has none.
+    /// The value of the capability. Absent if it has none.
     std::optional<PropertyList> fetchCapability(const std::string& name);
 
     /// The names of the known capabilities that the device has, in the order of the list.
     std::vector<std::string> capabilityArray();
 
-    /// Prints a line on the device and one for every known capability on standard output.
+    /// Prints a line about the device, and one for each known capability, to standard output.
     void scanCapabilities();
 
 private:

@@ -1,5 +1,5 @@
-/// What `RadiosLib` works out once about the device: which data rates its radio offers, and whether
-/// a choice among them makes sense.
+/// What `RadiosLib` finds out once about the device: which data rates its radio supports, and
+/// whether it can choose between two of them.
 #include "platform/capabilities.h"
 #include "platform/device.h"
 #include "platform/system_log.h"
@@ -11,7 +11,7 @@ namespace noctara {
 
 namespace {
 
-/// Up to this CoreFoundation version the system has no gestalt library to ask.
+/// Systems up to this CoreFoundation version have no MobileGestalt library.
 constexpr double lastVersionWithoutGestalt = 793.0;
 
 constexpr std::int32_t phoneIdiom = 0;
@@ -22,7 +22,7 @@ void* cachedMGGetBoolAnswer = nullptr;
 
 extern "C" void callbackCTServerConnectionCreate() {
     if (processPlatform)
-        processPlatform->log.write("callbackCTServerConnectionCreate");
+        processPlatform->log->write("callbackCTServerConnectionCreate");
 }
 
 RadiosLib::RadiosLib(const Platform& phone) : platform(phone) {
@@ -35,11 +35,11 @@ std::int32_t RadiosLib::getDeviceKind(void*) {
     if (deviceKind != kindUnknown)
         return deviceKind;
     const ServerConnectionRef connection =
-        platform.cellular.createServerConnection(callbackCTServerConnectionCreate);
+        platform.cellular->createServerConnection(callbackCTServerConnectionCreate);
     if (!connection)
         return deviceKind;
 
-    const auto rates = platform.cellular.supportedDataRates();
+    const auto rates = platform.cellular->supportedDataRates();
     const auto offers = [&](DataRate rate) {
         return std::find(rates.begin(), rates.end(), rate) != rates.end();
     };
@@ -48,40 +48,40 @@ std::int32_t RadiosLib::getDeviceKind(void*) {
         deviceKind = kind3G4G;
     else if (offers(kCTRegistrationDataRate2G) && offers(kCTRegistrationDataRate3G))
         deviceKind = kind2G3G;
-    platform.cellular.releaseConnection(connection);
+    platform.cellular->releaseConnection(connection);
     return deviceKind;
 }
 
 bool RadiosLib::detectRadioCapabilities() {
-    const std::string machine = platform.device.machine();
+    const std::string machine = platform.device->machine();
     if (machine == "iPhone1,1" || machine.find("iPod") != machine.npos)
         return false;
     if (machine.find("iPad") != machine.npos && !supportsCapability("cellular-data"))
         return false;
     switch (getDeviceKind(nullptr)) {
     case kind3G4G:
-        // As cellular data stands at this moment, for the life of the object.
-        return platform.cellular.dataPlanIsEnabled();
+        // Called by the constructor only, so later changes of cellular data have no effect.
+        return platform.cellular->dataPlanIsEnabled();
     case kind2G3G:
-        return platform.device.userInterfaceIdiom() == phoneIdiom;
+        return platform.device->userInterfaceIdiom() == phoneIdiom;
     default:
         return false;
     }
 }
 
 bool RadiosLib::supportsCapability(const std::string& name) {
-    if (platform.device.coreFoundationVersionNumber() <= lastVersionWithoutGestalt)
-        return platform.capabilities.linkedGSSystemHasCapability(name) != 0;
+    if (platform.device->coreFoundationVersionNumber() <= lastVersionWithoutGestalt)
+        return platform.capabilities->linkedGSSystemHasCapability(name) != 0;
     if (!cachedMGGetBoolAnswer) {
-        // The library stays open for as long as the function may be called.
-        const LibraryRef library = platform.libraries.open("/usr/lib/libMobileGestalt.dylib");
+        // The library is never closed, because the function is used until the process ends.
+        const LibraryRef library = platform.libraries->open("/usr/lib/libMobileGestalt.dylib");
         if (!library)
             return false;
-        cachedMGGetBoolAnswer = platform.libraries.find(library, "MGGetBoolAnswer");
+        cachedMGGetBoolAnswer = platform.libraries->find(library, "MGGetBoolAnswer");
         if (!cachedMGGetBoolAnswer)
             return false;
     }
-    return platform.capabilities.callMGGetBoolAnswer(cachedMGGetBoolAnswer, name) & 1;
+    return platform.capabilities->callMGGetBoolAnswer(cachedMGGetBoolAnswer, name) & 1;
 }
 
 } // namespace noctara

@@ -22,8 +22,8 @@ constexpr const char* networkDomain = "com.apple.preferences.network";
 } // namespace
 
 TelephonyManager* RadiosLib::telephonyManager() {
-    return platform.telephony.sharedTelephonyManager(
-        platform.process.findClass("SBTelephonyManager"));
+    return platform.telephony->sharedTelephonyManager(
+        platform.process->findClass("SBTelephonyManager"));
 }
 
 bool RadiosLib::isAirplaneModeEnabled() {
@@ -36,7 +36,7 @@ void RadiosLib::setAirplaneModeEnabled(bool enabled) {
         telephony->setIsInAirplaneMode(enabled);
         telephony->updateAirplaneMode();
     }
-    platform.notifications.post(refreshToggles);
+    platform.notifications->post(refreshToggles);
 }
 
 bool RadiosLib::isCallInProgress() {
@@ -51,52 +51,52 @@ bool RadiosLib::isTethering() {
 }
 
 bool RadiosLib::isWifiEnabled() {
-    const ClassRef managerClass = platform.process.findClass("SBWiFiManager");
-    auto* wifi = platform.wifi.sharedInstance(managerClass);
+    const ClassRef managerClass = platform.process->findClass("SBWiFiManager");
+    auto* wifi = platform.wifi->sharedInstance(managerClass);
     if (!wifi || !wifi->isPowered())
         return false;
-    wifi = platform.wifi.sharedInstance(managerClass);
+    wifi = platform.wifi->sharedInstance(managerClass);
     return wifi && wifi->wiFiEnabled();
 }
 
 void RadiosLib::setWifiEnabled(bool enabled) {
     if (isWifiEnabled() == enabled)
         return;
-    if (auto* wifi = platform.wifi.sharedInstance(platform.process.findClass("SBWiFiManager")))
+    if (auto* wifi = platform.wifi->sharedInstance(platform.process->findClass("SBWiFiManager")))
         wifi->setWiFiEnabled(enabled);
-    platform.notifications.post(refreshToggles);
+    platform.notifications->post(refreshToggles);
 }
 
 std::optional<PropertyList> RadiosLib::wifiManagerQuery() {
-    auto* wifi = platform.wifi.sharedInstance(platform.process.findClass("SBWiFiManager"));
+    auto* wifi = platform.wifi->sharedInstance(platform.process->findClass("SBWiFiManager"));
     return wifi ? wifi->perform("wifiManagerQuery") : std::nullopt;
 }
 
 bool RadiosLib::isBluetoothEnabled() {
-    return platform.bluetooth.enabled();
+    return platform.bluetooth->enabled();
 }
 
 bool RadiosLib::isBluetoothConnected() {
-    return platform.bluetooth.connected();
+    return platform.bluetooth->connected();
 }
 
 void RadiosLib::setBluetoothEnabled(bool enabled) {
     if (isBluetoothEnabled() == enabled)
         return;
-    if (!enabled && platform.bluetooth.connected())
+    if (!enabled && platform.bluetooth->connected())
         return;
-    platform.preferences.setAppValue("bluetooth-network", enabled, networkDomain);
-    // The two directions need different calls: power brings it up, disabling takes it down.
+    platform.preferences->setAppValue("bluetooth-network", enabled, networkDomain);
+    // `setPowered` switches Bluetooth on, but `setEnabled` is needed to switch it off.
     if (enabled)
-        platform.bluetooth.setPowered(true);
+        platform.bluetooth->setPowered(true);
     else
-        platform.bluetooth.setEnabled(false);
-    platform.preferences.appSynchronize(networkDomain);
-    platform.notifications.post(refreshToggles);
+        platform.bluetooth->setEnabled(false);
+    platform.preferences->appSynchronize(networkDomain);
+    platform.notifications->post(refreshToggles);
 }
 
 bool RadiosLib::isCellularDataEnabled() {
-    return platform.cellular.dataPlanIsEnabled();
+    return platform.cellular->dataPlanIsEnabled();
 }
 
 bool RadiosLib::setCellularDataEnabled(bool enabled) {
@@ -104,21 +104,23 @@ bool RadiosLib::setCellularDataEnabled(bool enabled) {
         return false;
     if (isCellularDataEnabled() == enabled)
         return true;
-    platform.cellular.setDataPlanIsEnabled(enabled);
-    platform.notifications.post(refreshToggles);
-    platform.notifications.postInProcess("PSCellDataChangedNotification",
-                                         {{"DataEnabled", enabled}});
+    platform.cellular->setDataPlanIsEnabled(enabled);
+    platform.notifications->post(refreshToggles);
+    platform.notifications->postInProcess("PSCellDataChangedNotification",
+                                          {{"DataEnabled", enabled}});
     return true;
 }
 
 DataRate RadiosLib::getCurrentMaxAllowedDataRate() {
-    return platform.cellular.currentMaxAllowedDataRate();
+    return platform.cellular->currentMaxAllowedDataRate();
 }
 
 bool RadiosLib::is3GEnabled() {
     if (!_is3GCapable)
         return true;
     const DataRate rate = getCurrentMaxAllowedDataRate();
+    // Only a phone with a pair of rates offers a choice, and it keeps its kind: no call reaches the
+    // kinds without a pair, here or in set3GEnabled.
     switch (getDeviceKind(nullptr)) {
     case kindNoPair:
         return true;
@@ -145,16 +147,16 @@ bool RadiosLib::set3GEnabled(bool enabled) {
         return true;
     switch (getDeviceKind(nullptr)) {
     case kind2G3G:
-        return platform.cellular.setMaxAllowedDataRate(enabled ? kCTRegistrationDataRate3G
-                                                               : kCTRegistrationDataRate2G);
+        return platform.cellular->setMaxAllowedDataRate(enabled ? kCTRegistrationDataRate3G
+                                                                : kCTRegistrationDataRate2G);
     case kind3G4G:
         if (!disable3GOn4GDevices)
-            return platform.cellular.setMaxAllowedDataRate(enabled ? kCTRegistrationDataRate4G
-                                                                   : kCTRegistrationDataRate3G);
-        // The radio goes from 4G to 2G, and back, only by way of 3G.
-        platform.cellular.setMaxAllowedDataRate(kCTRegistrationDataRate3G);
-        return platform.cellular.setMaxAllowedDataRate(enabled ? kCTRegistrationDataRate4G
-                                                               : kCTRegistrationDataRate2G);
+            return platform.cellular->setMaxAllowedDataRate(enabled ? kCTRegistrationDataRate4G
+                                                                    : kCTRegistrationDataRate3G);
+        // The radio can change between 4G and 2G only via 3G.
+        platform.cellular->setMaxAllowedDataRate(kCTRegistrationDataRate3G);
+        return platform.cellular->setMaxAllowedDataRate(enabled ? kCTRegistrationDataRate4G
+                                                                : kCTRegistrationDataRate2G);
     default:
         return false;
     }
@@ -165,18 +167,18 @@ void RadiosLib::setDisable3GOn4GDevices(bool disable) {
 }
 
 bool RadiosLib::isLocationEnabled() {
-    return platform.location.locationServicesEnabled();
+    return platform.location->locationServicesEnabled();
 }
 
 void RadiosLib::setLocationEnabled(bool enabled) {
     if (isLocationEnabled() == enabled)
         return;
-    platform.location.setLocationServicesEnabled(enabled);
-    platform.notifications.post("com.apple.locationd/Prefs");
+    platform.location->setLocationServicesEnabled(enabled);
+    platform.notifications->post("com.apple.locationd/Prefs");
 }
 
 bool RadiosLib::isPushEnabled() {
-    const auto file = platform.files.readDictionary(pushPath);
+    const auto file = platform.files->readDictionary(pushPath);
     const PropertyList* push = file ? file->find("PCEnablePush") : nullptr;
     return push && push->boolValue();
 }
@@ -184,11 +186,11 @@ bool RadiosLib::isPushEnabled() {
 void RadiosLib::setPushEnabled(bool enabled) {
     if (isPushEnabled() == enabled)
         return;
-    if (auto file = platform.files.readDictionary(pushPath)) {
+    if (auto file = platform.files->readDictionary(pushPath)) {
         file->set("PCEnablePush", enabled);
-        platform.files.writeDictionary(pushPath, *file);
+        platform.files->writeDictionary(pushPath, *file);
     }
-    platform.notifications.post("com.apple.persistentconnection-mcc/Prefs");
+    platform.notifications->post("com.apple.persistentconnection-mcc/Prefs");
 }
 
 } // namespace noctara

@@ -1,6 +1,7 @@
-/// The phone's radios: reads each and sets each. A getter asks the phone every time; a setter (but
-/// for airplane mode) acts only on a difference, and then announces the change so that other
-/// toggles and the system's own daemons notice.
+/// Reads and switches the phone's radios. A getter asks the phone every time. A setter does nothing
+/// if the radio has the wanted state already. After a change it posts a notification for other
+/// programs and the system. Exceptions: `setAirplaneModeEnabled` always acts, and `set3GEnabled`
+/// posts nothing.
 #pragma once
 
 #include "platform/cellular.h"
@@ -18,7 +19,7 @@ class WiFiManager;
 
 /// Which data rates the cellular radio offers.
 enum DeviceKind : std::int32_t {
-    kindUnknown = -1, ///< The telephony server has not been reached yet.
+    kindUnknown = -1, ///< The telephony server has not answered yet.
     kindNoPair = 0,   ///< Neither pair below.
     kind2G3G = 1,     ///< Both 2G and 3G.
     kind3G4G = 2,     ///< Both 3G and 4G.
@@ -26,39 +27,42 @@ enum DeviceKind : std::int32_t {
 
 class RadiosLib {
 public:
-    /// Settles the device kind, if the telephony server answers, and whether a choice of data rate
-    /// is offered at all.
+    /// Finds out the device kind, if the telephony server answers, and whether the device can
+    /// choose between two data rates.
     explicit RadiosLib(const Platform& platform);
 
     bool isAirplaneModeEnabled();
-    /// Sets it always, and announces it even without a telephony manager.
+    /// Acts even if there is no difference. Posts the notification even without a telephony
+    /// manager.
     void setAirplaneModeEnabled(bool enabled);
 
     bool isCallInProgress();
     bool isTethering();
 
-    /// False also when Wi-Fi is enabled but has no power.
+    /// False if Wi-Fi is enabled but not powered.
     bool isWifiEnabled();
     void setWifiEnabled(bool enabled);
-    /// The Wi-Fi manager's answer to a message of this method's own name.
+    /// The Wi-Fi manager's result for the message `wifiManagerQuery`.
     std::optional<PropertyList> wifiManagerQuery();
 
     bool isBluetoothEnabled();
     bool isBluetoothConnected();
-    /// Silently refuses to switch off while a device is connected.
+    /// Does nothing if it would switch Bluetooth off while a device is connected.
     void setBluetoothEnabled(bool enabled);
 
     bool isCellularDataEnabled();
-    /// False, with nothing changed, during a call.
+    /// False during a call; nothing is changed then.
     bool setCellularDataEnabled(bool enabled);
 
     DataRate getCurrentMaxAllowedDataRate();
-    /// "3G" is the radio's fast rate: 4G on a 3G/4G phone. True where there is no choice of rate.
+    /// Whether the faster rate of the pair is allowed: 3G, or 4G on a 3G/4G phone. True on a device
+    /// that cannot choose.
     bool is3GEnabled();
     bool query3GEnabled(bool ignored);
-    /// False during a call, without a known pair of rates, or when the phone says so.
+    /// True, with nothing done, on a device that cannot choose. False during a call, or if the
+    /// phone refuses.
     bool set3GEnabled(bool enabled);
-    /// Whether a 3G/4G phone goes down to 2G, by way of 3G, rather than to 3G.
+    /// Whether a 3G/4G phone is switched down to 2G instead of 3G.
     void setDisable3GOn4GDevices(bool disable);
 
     bool isLocationEnabled();
@@ -67,7 +71,7 @@ public:
     bool isPushEnabled();
     void setPushEnabled(bool enabled);
 
-    /// The device kind, asked of the telephony server until it first answers. `status` is ignored;
+    /// The device kind. Asks the telephony server until it has answered once. `status` is ignored;
     /// every caller passes null.
     std::int32_t getDeviceKind(void* status);
     bool detectRadioCapabilities();
@@ -78,15 +82,15 @@ private:
 
     const Platform platform;
     bool _is3GCapable = false;
-    const bool supportsNew3GAPI = true; ///< Read by nothing here.
+    const bool supportsNew3GAPI = true; ///< Not read by the library.
     std::int32_t deviceKind = kindUnknown;
     bool disable3GOn4GDevices = false;
 };
 
-/// Where "MGGetBoolAnswer" was found, for the life of the process; null until it was.
+/// The function "MGGetBoolAnswer". Null until it has been found. Never cleared.
 extern void* cachedMGGetBoolAnswer;
 
-/// Called by the telephony server over a connection that `getDeviceKind` opened. Exported.
+/// The callback of the telephony server for a connection that `getDeviceKind` opened. Exported.
 extern "C" [[gnu::visibility("default")]] void callbackCTServerConnectionCreate();
 
 } // namespace noctara

@@ -1,14 +1,12 @@
 #include "recording/csv_line.h"
 
+#include <absl/time/time.h>
 #include <csv.h>
-#include <date/date.h>
 
 #include <algorithm>
 #include <charconv>
-#include <chrono>
 #include <cmath>
 #include <new>
-#include <sstream>
 #include <system_error>
 
 namespace noctara {
@@ -51,13 +49,14 @@ std::optional<double> parseNumber(std::string text) {
 std::optional<double> parseDateTime(std::string text) {
     if (text.size() > 10 && text[10] == 'T')
         text[10] = ' ';
-    for (const char* format : {"%F %T%Ez", "%F %TZ", "%F %T", "%d-%b-%Y %T"}) {
-        std::istringstream in(text);
-        date::sys_time<std::chrono::nanoseconds> instant;
-        if (date::from_stream(in, format, instant) &&
-            in.peek() == std::istringstream::traits_type::eof())
-            return std::chrono::duration<double>(instant.time_since_epoch()).count();
-    }
+    // ParseTime accepts "infinite-future" in every format.
+    if (text.find("infinite") != text.npos)
+        return std::nullopt;
+    absl::Time instant;
+    for (const char* format :
+         {"%Y-%m-%d %H:%M:%E*S%Ez", "%Y-%m-%d %H:%M:%E*S", "%d-%b-%Y %H:%M:%E*S"})
+        if (absl::ParseTime(format, text, &instant, nullptr))
+            return absl::ToDoubleSeconds(instant - absl::UnixEpoch());
     return std::nullopt;
 }
 

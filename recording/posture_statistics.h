@@ -1,5 +1,4 @@
-/// What the readings of a recording say about the posture of the phone. Every verdict is that of
-/// the monitor's own check.
+/// The posture of the phone in a recording, judged by the monitor's own check.
 #pragma once
 
 #include "recording/recording.h"
@@ -20,15 +19,15 @@ using BySensitivity = std::array<double, highestSensitivity + 1>;
 struct PostureReading {
     explicit PostureReading(const Acceleration& acceleration);
 
-    /// Whether the check takes the phone for lying still with the screen facing down, or up.
+    /// Whether the check passes for a phone that lies still with the screen down or up.
     bool lies(std::int32_t sensitivity, bool screenDown) const;
 
-    /// Whether the length alone, whatever the tilt, is that of a phone at rest.
+    /// Whether the length is that of a phone at rest. The tilt does not matter.
     bool hasLengthAtRest() const;
 
     bool nearerToScreenDown() const;
 
-    /// From the nearer of the two postures, 0 to 90.
+    /// Degrees between the reading and the nearer of the two postures, 0 to 90.
     double degreesOffVertical() const;
 
     /// In g.
@@ -56,15 +55,15 @@ struct PostureStatistics {
     BySensitivity screenUp{};
     BySensitivity screenDown{};
 
-    /// In the posture in which more readings pass; absent when none passes.
+    /// For the posture in which more readings pass. Absent if none passes.
     std::optional<LyingReadings> lying;
 
-    /// The reading that the phone keeps to, in any posture and of any length. Absent when the phone
-    /// is moved.
+    /// The reading of a phone that is not moved, in any posture and of any length. Absent if the
+    /// phone is moved.
     std::optional<PostureReading> steady;
 };
 
-/// There must be a sample.
+/// The recording must have a sample.
 PostureStatistics computePostureStatistics(const Recording& recording);
 
 } // namespace noctara

@@ -15,25 +15,26 @@ struct Recording {
         Acceleration acceleration;
     };
 
-    /// In the order of time. Several may share an instant, as loggers write them in batches.
+    /// In the order of time. Several samples may have the same time, because loggers write them in
+    /// batches.
     std::vector<Sample> samples;
 
-    /// What was assumed to read the file, and which option changes it; one line each.
+    /// The assumptions made about the file, and the option that changes each. One line each.
     std::vector<std::string> remarks;
 
-    /// The axis convention was not given, so that screen up and screen down may be exchanged.
+    /// The axis convention was not given, so screen up and screen down may be swapped.
     bool axesAreAssumed = false;
 
-    /// In seconds, above 0. The last sample counts for one average step; a single sample lasts one
+    /// In seconds, above 0. The last sample lasts one average step. A single sample lasts one
     /// second.
     double duration() const;
 
-    /// The latest sample at or before `seconds`, which is 0 or more. The recording repeats when it
-    /// ends. There must be a sample.
+    /// The latest sample at or before `seconds`, which must be 0 or more. The recording repeats
+    /// when it ends. There must be a sample.
     const Acceleration& at(double seconds) const;
 };
 
-/// The middle one of the values (the upper one of two); there must be one.
+/// The median of the values; the upper one of two middle values. There must be a value.
 double median(std::vector<double> values);
 
 } // namespace noctara

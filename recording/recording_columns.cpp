@@ -1,5 +1,5 @@
-/// Finds the columns by the headings of known loggers, else by the units in the headings: phyphox
-/// translates its headings, but not their units.
+/// Finds the columns by the headings of known loggers, otherwise by the units in the headings.
+/// phyphox translates its headings, but not their units.
 #include "recording/recording_columns.h"
 
 #include "input/bad_input.h"
@@ -13,7 +13,7 @@ namespace noctara {
 
 namespace {
 
-/// With * for x, y and z; the preferred first.
+/// * stands for x, y or z. In the order of preference.
 constexpr std::array<std::string_view, 10> accelerometerNames{
     "accelerationincludinggravity*", // browsers
     "accelerometeracceleration*",    // SensorLog
@@ -27,7 +27,7 @@ constexpr std::array<std::string_view, 10> accelerometerNames{
     "*value",
 };
 
-/// The preferred first.
+/// In the order of preference.
 constexpr std::array<std::string_view, 7> timeNames{
     "secondselapsed",                    // Sensor Logger
     "accelerometertimestampsincereboot", // SensorLog

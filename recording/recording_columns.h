@@ -21,7 +21,7 @@ struct RecordingColumns {
     /// False when the columns hold gravity alone, or the acceleration without it.
     bool raw = true;
 
-    /// As the headings tell; absent where they do not.
+    /// The units in the headings. Absent if the headings have none.
     std::optional<UnitOfAcceleration> unit;
     std::optional<UnitOfTime> timeUnit;
 

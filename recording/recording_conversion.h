@@ -1,7 +1,7 @@
-/// From the numbers in a file to seconds, and to g in the phone's axes.
+/// Converts the numbers of a file to seconds, and to g in the phone's axes.
 ///
-/// What was assumed is added to the recording's remarks. There must be a sample. Throws BadInput,
-/// which begins with `file`, when the numbers make no sense.
+/// The functions add their assumptions to the recording's remarks. There must be a sample. They
+/// throw BadInput, with a text that begins with `file`, for numbers that are not plausible.
 #pragma once
 
 #include "recording/recording_columns.h"
@@ -11,14 +11,15 @@
 
 namespace noctara {
 
-/// Makes the times of the samples seconds since the first. With `dates` they are seconds already.
+/// Converts the times of the samples to seconds since the first sample. With `dates` the times are
+/// in seconds already.
 void convertTimes(Recording& recording, const std::string& file, const RecordingColumns& columns,
                   bool dates);
 
 /// Spaces the samples evenly.
 void setRate(Recording& recording, double rate);
 
-/// Makes the accelerations g in the phone's axes.
+/// Converts the accelerations to g in the phone's axes.
 void convertAccelerations(Recording& recording, const std::string& file,
                           const RecordingColumns& columns, const RecordingOptions& options);
 

@@ -1,4 +1,4 @@
-/// From the lines of a file to samples, one line at a time.
+/// Reads the samples of a file line by line.
 #include "recording/recording_file.h"
 
 #include "input/bad_input.h"
@@ -157,7 +157,7 @@ private:
         return *value;
     }
 
-    /// The first time tells whether all are dates.
+    /// The first time decides whether all times are dates.
     double timeOf(const Fields& fields) {
         const bool first = recording.samples.empty();
         const std::string& field = fieldAt(fields, *columns->time);

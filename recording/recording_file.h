@@ -15,13 +15,13 @@ namespace noctara {
 /// which reports the reaction to gravity.
 enum class AxisConvention { ios, android };
 
-/// An absent unit is taken from the headings, else from the numbers; an absent axis convention from
-/// the unit.
+/// If the unit is absent, it is taken from the headings, otherwise from the numbers. If the axis
+/// convention is absent, it is taken from the unit.
 struct RecordingOptions {
     std::optional<AccelerationUnit> unit;
     std::optional<AxisConvention> axes;
 
-    /// Samples a second, evenly spaced, above 0. The times in the file are then ignored.
+    /// Samples per second, evenly spaced, above 0. The times in the file are then ignored.
     std::optional<double> rate;
 };
 

@@ -1,5 +1,5 @@
-# Sourced by the scripts beside it. Gets what a build needs onto the machine, and builds; what is
-# there already takes no time.
+# Sourced by the other scripts. Installs the packages that a build needs, and builds. It skips what is
+# already installed or up to date.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 script=$(basename "$(dirname "$(realpath "$0")")")/$(basename "$0")
@@ -11,7 +11,7 @@ die() {
 
 # need_packages KIND...: installs the packages of these kinds that are missing.
 need_packages() {
-    command -v apt-get > /dev/null || die "needs a Debian system, as it installs packages with apt-get"
+    command -v apt-get > /dev/null || die "needs a Debian system, because it installs packages with apt-get"
     local kinds=" $* " missing=() kind package
     while read -r kind package; do
         [[ $kinds == *" $kind "* ]] || continue
@@ -21,7 +21,7 @@ need_packages() {
     [ ${#missing[@]} -eq 0 ] && return
 
     [ "$(id -u)" -eq 0 ] ||
-        die "lacks packages and is not root; as root, run: apt-get install ${missing[*]}"
+        die "packages are missing, and only root can install them; as root, run: apt-get install ${missing[*]}"
     echo "$script: installing ${missing[*]}" >&2
     export DEBIAN_FRONTEND=noninteractive
     local log
@@ -36,8 +36,8 @@ need_packages() {
     rm -f "$log"
 }
 
-# build FOLDER TARGET [CMAKE OPTION...]: configures once and brings the target up to date, quietly
-# unless it fails.
+# build FOLDER TARGET [CMAKE OPTION...]: configures the folder if necessary and builds the target.
+# Prints the output only if that fails.
 build() {
     local folder=$root/$1 target=$2 log
     shift 2
@@ -46,7 +46,7 @@ build() {
         cmake --build "$folder" --target "$target"; } > "$log" 2>&1; then
         cat "$log" >&2
         rm -f "$log"
-        die "the build failed, as above"
+        die "the build failed; see the output above"
     fi
     rm -f "$log"
 }

@@ -9,7 +9,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <memory>
 #include <optional>
 
@@ -17,46 +16,33 @@ namespace noctara {
 
 class ANight : public testing::Test {
 protected:
+    using enum NamedPosture;
+
     /// The defaults of a complete settings file, but for the wake-ups, which most tests leave out.
     /// Change `settings` and `scenario` before `begin`.
-    ANight() { scenario.end.secondsSince1970 = scenario.start.secondsSince1970 + 7 * 86400; }
+    ANight();
+    ~ANight() override;
 
     /// The phone is switched on and SpringBoard has launched; the monitor thread has not run yet.
-    void begin() {
-        scenario.settings = settings;
-        switchOn();
-        launch();
-    }
+    void begin();
 
     /// The phone is switched on as `scenario` says; nothing is launched.
-    void switchOn(std::unique_ptr<FileStore> files = makeMemoryFileStore()) {
-        onePhone.emplace(scenario, std::move(files));
-        onePhone->observe(calls);
-    }
+    void switchOn(std::unique_ptr<FileStore> files = makeMemoryFileStore());
 
-    void launch() { phone().launch(); }
+    void launch();
 
     SimulatedPhone& phone() { return *onePhone; }
     NoctaraThread& monitor() { return *NoctaraInstance; }
 
-    void lies(const char* posture) { phone().happens("posture", posture); }
-    void playReadings(int count) { phone().playReadings(count); }
-    void playFor(double seconds) { phone().playFor(seconds); }
-    void change(const Dictionary& changed) { phone().happens("settings", changed); }
+    void lies(const Posture& posture);
+    void playReadings(int count);
+    void playFor(double seconds);
+    void change(const Dictionary& changed);
 
     /// Plays from the hand into the sleep state.
-    void fallAsleep() {
-        lies("screen-down");
-        playReadings(3);
-    }
+    void fallAsleep();
 
-    static double at(int year, unsigned month, unsigned day, int hour, int minute, int second) {
-        using namespace std::chrono;
-        const sys_days date{std::chrono::year(year) / static_cast<int>(month) /
-                            static_cast<int>(day)};
-        return static_cast<double>(
-            (date + hours(hour) + minutes(minute) + seconds(second)).time_since_epoch() / 1s);
-    }
+    static double at(int year, unsigned month, unsigned day, int hour, int minute, int second);
 
     Scenario scenario;
     Dictionary settings = fullSettings({{"ActiveOnSleep", false}});
@@ -70,16 +56,12 @@ private:
 /// one by one.
 class AMonitor : public ANight {
 protected:
-    NoctaraThread& make() {
-        if (!scenario.settings)
-            scenario.settings = settings;
-        switchOn();
-        own = std::make_unique<NoctaraThread>(phone().platform());
-        own->motionManager = phone().platform().motion.makeMotionManager();
-        return *own;
-    }
+    AMonitor();
+    ~AMonitor() override;
 
-    void TearDown() override { own.reset(); }
+    NoctaraThread& make();
+
+    void TearDown() override;
 
     std::unique_ptr<NoctaraThread> own;
 };

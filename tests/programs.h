@@ -1,4 +1,4 @@
-/// Programs run by tests: what they print, and how they end.
+/// Runs programs for tests: their output and exit code.
 #pragma once
 
 #include <array>
@@ -13,7 +13,7 @@ struct Played {
     int exitCode = 0;   ///< -1 when a signal ended the program.
 };
 
-/// Runs a command of the shell's.
+/// Runs a shell command.
 inline Played run(const std::string& command) {
     Played result;
     FILE* const pipe = popen(command.c_str(), "r");

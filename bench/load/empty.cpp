@@ -1,1 +1,1 @@
-/// A library with nothing in it: what loading any library costs.
+/// An empty library, for the cost of loading any library.

@@ -1,5 +1,5 @@
-/// A library with one class: what the Objective-C runtime and Foundation cost whoever loads them,
-/// with the question that every such library of the phone's begins with.
+/// A library with one class, for the cost of the Objective-C runtime and Foundation. It can ask the
+/// main bundle for its identifier, as every library of this kind does first.
 #import <Foundation/Foundation.h>
 
 @interface NoctaraLoadProbe : NSObject

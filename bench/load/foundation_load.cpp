@@ -1,4 +1,4 @@
-/// The load routine of the library that asks where it is.
+/// A load routine that asks whether the process is SpringBoard.
 bool isInSpringBoard();
 
 namespace {

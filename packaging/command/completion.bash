@@ -1,13 +1,13 @@
 # Completion of the command noctara in bash.
 
-# _noctara_files WORD [ENDING]: the folders and the files, or only the files with this ending; none
-# has the ending /.
+# _noctara_files WORD [ENDING]: offers folders and files, or folders and the files with this ending.
+# The ending / gives folders only.
 _noctara_files() {
     compopt -o filenames 2> /dev/null
     mapfile -t COMPREPLY < <({ compgen -d -- "$1"; compgen -f -X "!*${2-}" -- "$1"; } | sort -u)
 }
 
-# _noctara_words WORD CHOICE...
+# _noctara_words WORD CHOICE...: offers the choices that begin with the word.
 _noctara_words() {
     mapfile -t COMPREPLY < <(compgen -W "${*:2}" -- "$1")
 }
@@ -16,7 +16,7 @@ _noctara() {
     local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
     COMPREPLY=()
 
-    # bash makes three words of --unit=g.
+    # bash splits --unit=g into three words.
     if [[ $word == = ]]; then
         word=
     elif [[ $previous == = ]]; then
@@ -24,7 +24,7 @@ _noctara() {
     fi
 
     if ((COMP_CWORD == 1)); then
-        _noctara_words "$word" night detect capabilities -h --help
+        _noctara_words "$word" night replay detect capabilities -h --help
         return
     fi
 
@@ -39,6 +39,7 @@ _noctara() {
     --trace) _noctara_files "$word" && return ;;
     --root) _noctara_files "$word" / && return ;;
     --settings) _noctara_files "$word" .plist && return ;;
+    --scenario) _noctara_files "$word" .toml && return ;;
     --motion) _noctara_files "$word" .csv && return ;;
     --motion-at | --rate | --start | --end) return ;;
     esac
@@ -49,6 +50,7 @@ _noctara() {
         options+=" --log --trace --settings --root --motion --motion-at $recording"
         options+=" --start --end --timezone"
         ;;
+    replay) options+=" --scenario --log --start --end --timezone" ;;
     detect) options+=" --sensitivity $recording" ;;
     capabilities) ;;
     *) return ;;
@@ -56,6 +58,8 @@ _noctara() {
 
     if [[ $word == -* ]]; then
         _noctara_words "$word" "$options"
+    elif [[ ${COMP_WORDS[1]} == replay ]]; then
+        _noctara_files "$word" .jsonl
     elif [[ ${COMP_WORDS[1]} == detect ]]; then
         _noctara_files "$word" .csv
     else

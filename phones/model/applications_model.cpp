@@ -13,27 +13,27 @@ ApplicationsModel::Installed::Installed(ApplicationsModel& onPhone,
     hasIcon(application.icon) {}
 
 bool ApplicationsModel::Installed::hasProcess() {
-    return owner.recorder.answer("process", {identifier}, running);
+    return owner.recorder.answer(Operation::process, {identifier}, running);
 }
 
 void ApplicationsModel::Installed::activate() {
-    owner.recorder.call("activate", {identifier});
+    owner.recorder.call(Operation::activate, {identifier});
     owner.inFront = this;
 }
 
 void ApplicationsModel::Installed::resumeToQuit() {
-    owner.recorder.call("resumeToQuit", {identifier});
+    owner.recorder.call(Operation::resumeToQuit, {identifier});
 }
 
 void ApplicationsModel::Installed::kill() {
-    owner.recorder.call("kill", {identifier});
+    owner.recorder.call(Operation::kill, {identifier});
     running = false;
     if (owner.inFront == this)
         owner.inFront = nullptr;
 }
 
 void ApplicationsModel::Installed::launch() {
-    owner.recorder.call("launch", {identifier});
+    owner.recorder.call(Operation::launch, {identifier});
     running = true;
     owner.inFront = this;
 }
@@ -57,7 +57,7 @@ IconModel* ApplicationsModel::sharedIconModel(ClassRef modelClass) {
 }
 
 Application* ApplicationsModel::frontMostApplication() {
-    recorder.answered("_accessibilityFrontMostApplication", {},
+    recorder.answered(Operation::accessibilityFrontMostApplication, {},
                       inFront ? CallValue(inFront->identifier) : CallValue());
     return inFront;
 }
@@ -66,7 +66,7 @@ void ApplicationsModel::allApplications(const std::function<void(Application&)>&
     std::vector<std::string> identifiers;
     for (const auto& application : installed)
         identifiers.push_back(application.identifier);
-    recorder.answered("allApplications", {}, std::span<const std::string>(identifiers));
+    recorder.answered(Operation::allApplications, {}, std::span<const std::string>(identifiers));
 
     const unsigned changesBefore = changes;
     for (std::size_t i = 0; i < identifiers.size(); ++i) {
@@ -77,11 +77,11 @@ void ApplicationsModel::allApplications(const std::function<void(Application&)>&
 }
 
 Icon* ApplicationsModel::leafIconForIdentifier(const std::string& identifier) {
-    return findIcon("leafIconForIdentifier:", identifier);
+    return findIcon(Operation::leafIconForIdentifier, identifier);
 }
 
 Icon* ApplicationsModel::iconForDisplayIdentifier(const std::string& identifier) {
-    return findIcon("iconForDisplayIdentifier:", identifier);
+    return findIcon(Operation::iconForDisplayIdentifier, identifier);
 }
 
 void ApplicationsModel::install(const Scenario::Application& application) {
@@ -100,7 +100,7 @@ std::string ApplicationsModel::front() const {
     return inFront ? inFront->identifier : "";
 }
 
-Icon* ApplicationsModel::findIcon(std::string_view operation, const std::string& identifier) {
+Icon* ApplicationsModel::findIcon(Operation operation, const std::string& identifier) {
     Icon* icon = nullptr;
     for (auto& application : installed)
         if (application.identifier == identifier && application.hasIcon)

@@ -1,4 +1,4 @@
-/// The installed applications of the simulated phone, and its home screen.
+/// The installed applications and the home screen of the simulated phone.
 #pragma once
 
 #include "phones/model/recorder.h"
@@ -6,6 +6,8 @@
 #include "platform/applications.h"
 
 #include <deque>
+#include <optional>
+#include <string>
 
 namespace noctara {
 
@@ -27,15 +29,15 @@ public:
     Icon* leafIconForIdentifier(const std::string& identifier) override;
     Icon* iconForDisplayIdentifier(const std::string& identifier) override;
 
-    /// Installs one more application; a walk over the list that is under way then throws.
+    /// Installs one more application. A call of allApplications that is in progress then throws.
     void install(const Scenario::Application& application);
 
     bool isRunning(const std::string& identifier) const;
 
-    /// The identifier of the application in front; empty on the home screen.
+    /// The identifier of the application in front. Empty on the home screen.
     std::string front() const;
 
-    // What systems of other ages respond to.
+    // What the phone's version of the system responds to.
     bool hasFrontMostQuery = true;
     bool hasHomeScreenObject = true;
     bool hasLeafIcons = true;
@@ -45,8 +47,8 @@ private:
     public:
         Installed(ApplicationsModel& onPhone, const Scenario::Application& application);
 
-        std::string displayIdentifier() override { return identifier; }
-        std::string displayName() override { return name; }
+        std::optional<std::string> displayIdentifier() override { return identifier; }
+        std::optional<std::string> displayName() override { return name; }
         bool hasProcess() override;
         void activate() override;
         void resumeToQuit() override;
@@ -60,7 +62,7 @@ private:
         bool hasIcon;
     };
 
-    Icon* findIcon(std::string_view operation, const std::string& identifier);
+    Icon* findIcon(Operation operation, const std::string& identifier);
 
     const Recorder& recorder;
     std::deque<Installed> installed;

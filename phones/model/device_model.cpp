@@ -8,7 +8,7 @@ namespace noctara {
 
 namespace {
 
-/// A library of the phone's that can be loaded, and the functions in it.
+/// A library that can be loaded, and its functions.
 struct Library {
     std::string_view path;
     std::array<std::string_view, 2> functions;
@@ -19,7 +19,7 @@ constexpr Library graphicsServices{
     "/System/Library/PrivateFrameworks/GraphicsServices.framework/GraphicsServices",
     {"GSSystemHasCapability", "GSSystemCopyCapability"}};
 
-/// The phones and tablets that ran these systems, by machine name.
+/// The machine names and marketing names of the devices that ran these systems.
 constexpr std::array<std::pair<std::string_view, const char*>, 14> marketingNames{{
     {"iPhone1,1", "iPhone"},
     {"iPhone1,2", "iPhone 3G"},
@@ -43,16 +43,16 @@ DeviceModel::DeviceModel(const Scenario& scenario, const Recorder& calls) :
     hasGestalt(scenario.phone.gestalt), recorder(calls), phone(scenario.phone) {}
 
 std::string DeviceModel::machine() {
-    recorder.answered("uname", {}, phone.machine);
+    recorder.answered(Operation::uname, {}, phone.machine);
     return phone.machine;
 }
 
 std::int32_t DeviceModel::userInterfaceIdiom() {
-    return recorder.answer("userInterfaceIdiom", phone.idiom);
+    return recorder.answer(Operation::userInterfaceIdiom, phone.idiom);
 }
 
 double DeviceModel::coreFoundationVersionNumber() {
-    return recorder.answer("kCFCoreFoundationVersionNumber", phone.corefoundation);
+    return recorder.answer(Operation::kCFCoreFoundationVersionNumber, phone.corefoundation);
 }
 
 LibraryRef DeviceModel::open(const char* path) {
@@ -61,7 +61,7 @@ LibraryRef DeviceModel::open(const char* path) {
         found = &gestalt;
     if (hasGraphicsServices && path == graphicsServices.path)
         found = &graphicsServices;
-    if (recorder.answer("dlopen", {path}, found != nullptr))
+    if (recorder.answer(Operation::dlopen, {path}, found != nullptr))
         ++openLibraries;
     return const_cast<Library*>(found);
 }
@@ -72,19 +72,19 @@ FunctionRef DeviceModel::find(LibraryRef library, const char* name) {
         for (const auto& function : static_cast<const Library*>(library)->functions)
             if (function == name)
                 found = &function;
-    recorder.answered("dlsym", {name}, found != nullptr);
+    recorder.answered(Operation::dlsym, {name}, found != nullptr);
     return const_cast<std::string_view*>(found);
 }
 
 void DeviceModel::close(LibraryRef library) {
     if (!library)
         return;
-    recorder.call("dlclose");
+    recorder.call(Operation::dlclose);
     --openLibraries;
 }
 
 int DeviceModel::linkedGSSystemHasCapability(const std::string& name) {
-    return recorder.answer("GSSystemHasCapability", {name}, hasCapability(name));
+    return recorder.answer(Operation::GSSystemHasCapability, {name}, hasCapability(name));
 }
 
 int DeviceModel::callGSSystemHasCapability(FunctionRef function, const std::string& name) {
@@ -102,12 +102,12 @@ std::optional<PropertyList> DeviceModel::callGSSystemCopyCapability(FunctionRef 
                          [&](const auto& entry) { return entry.first == phone.machine; });
         value = known == marketingNames.end() ? PropertyList(phone.machine) : known->second;
     }
-    recorder.answered("GSSystemCopyCapability", {name}, &value);
+    recorder.answered(Operation::GSSystemCopyCapability, {name}, &value);
     return value;
 }
 
 int DeviceModel::callMGGetBoolAnswer(FunctionRef function, const std::string& name) {
-    return function && recorder.answer("MGGetBoolAnswer", {name}, hasCapability(name));
+    return function && recorder.answer(Operation::MGGetBoolAnswer, {name}, hasCapability(name));
 }
 
 bool DeviceModel::hasCapability(const std::string& name) const {

@@ -1,4 +1,5 @@
-/// What the simulated phone says of itself, and its libraries that are loaded at run time.
+/// The model, version and capabilities of the simulated phone, and its libraries that are loaded at
+/// run time.
 #pragma once
 
 #include "phones/model/recorder.h"

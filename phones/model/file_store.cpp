@@ -65,8 +65,7 @@ public:
 
     void damage(const std::string& path) override {
         makeFolderOf(path);
-        // A file of its own, that takes the place of the one that was there: what a link leads to
-        // stays whole.
+        // Renaming a new file replaces a symbolic link instead of damaging its target.
         const auto cutOff = place(path + ".damaged");
         std::ofstream(cutOff) << "<?xml version=\"1.0\"?>\n<plist><dict><key>";
         std::error_code ignored;

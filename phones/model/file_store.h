@@ -1,4 +1,4 @@
-/// Where the simulated phone keeps its property-list files: in memory, or as real files.
+/// Stores the property-list files of the simulated phone, in memory or as real files.
 #pragma once
 
 #include "platform/files.h"
@@ -10,10 +10,10 @@
 
 namespace noctara {
 
-/// The path with the phone's link followed: "/var" is "/private/var".
+/// The path with the phone's symbolic link resolved: "/var" is "/private/var".
 std::string resolvedPath(const std::string& path);
 
-/// Files by their resolved path on the phone.
+/// Files by their path on the phone. Callers pass resolved paths.
 class FileStore {
 public:
     virtual ~FileStore() = default;
@@ -22,19 +22,18 @@ public:
 
     virtual ParsedPropertyList read(const std::string& path) const = 0;
 
-    /// False when the file could not be written; it is then as it was.
+    /// False if the file could not be written. It is then unchanged.
     virtual bool write(const std::string& path, const Dictionary& dictionary) = 0;
 
     virtual void remove(const std::string& path) = 0;
 
-    /// Makes the file one that cannot be read.
+    /// Replaces the file with one that cannot be read.
     virtual void damage(const std::string& path) = 0;
 };
 
 std::unique_ptr<FileStore> makeMemoryFileStore();
 
-/// Real files below `root`, read and written through a property-list library. Folders are made as
-/// files need them.
+/// Real files below `root`, in the XML form. Creates missing folders when it writes a file.
 std::unique_ptr<FileStore> makeDirectoryFileStore(const std::filesystem::path& root);
 
 } // namespace noctara

@@ -8,25 +8,25 @@ FilesModel::FilesModel(std::unique_ptr<FileStore> files, const Recorder& calls) 
     store(std::move(files)), recorder(calls) {}
 
 bool FilesModel::exists(const std::string& path) {
-    return recorder.answer("fileExistsAtPath:", {path}, isThere(path));
+    return recorder.answer(Operation::fileExistsAtPath, {path}, isThere(path));
 }
 
 std::optional<Dictionary> FilesModel::readDictionary(const std::string& path) {
     auto file = content(path);
     auto* dictionary = file.value ? file.value->as<Dictionary>() : nullptr;
-    recorder.answered("initWithContentsOfFile:", {path},
+    recorder.answered(Operation::initWithContentsOfFile, {path},
                       dictionary ? CallValue(dictionary) : CallValue());
     return dictionary ? std::optional(std::move(*dictionary)) : std::nullopt;
 }
 
 bool FilesModel::writeDictionary(const std::string& path, const Dictionary& dictionary) {
-    return recorder.answer("writeToFile:atomically:", {path, &dictionary},
+    return recorder.answer(Operation::writeToFileAtomically, {path, &dictionary},
                            writeByOthers(path, dictionary));
 }
 
 ParsedPropertyList FilesModel::parse(const std::string& path) {
     auto file = content(path);
-    recorder.answered("propertyListFromData:", {path},
+    recorder.answered(Operation::propertyListFromData, {path},
                       file.value ? CallValue(&*file.value) : CallValue());
     return file;
 }

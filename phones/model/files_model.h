@@ -1,7 +1,8 @@
-/// The files of the simulated phone: what is stored, the files that the system itself keeps up to
-/// date, and the faults of the disk.
+/// The files of the simulated phone: the stored files, the files that the system itself updates,
+/// and the faults of the disk.
 #pragma once
 
+#include "phones/model/event.h"
 #include "phones/model/file_store.h"
 #include "phones/model/recorder.h"
 #include "platform/files.h"
@@ -10,8 +11,6 @@
 #include <map>
 
 namespace noctara {
-
-enum class DiskState { ok, full, readOnly };
 
 class FilesModel final : public Files {
 public:
@@ -22,25 +21,27 @@ public:
     bool writeDictionary(const std::string& path, const Dictionary& dictionary) override;
     ParsedPropertyList parse(const std::string& path) override;
 
-    // What goes on beside the monitor is no call of its.
+    // The functions below are for the rest of the phone. They are not recorded, because only the
+    // monitor's own calls are.
 
-    /// Makes a file one of the system's own: whenever it is read, `update` first brings the content
-    /// up to date.
+    /// Makes a file a system file. Each read passes its stored content through `update` first.
     void keepUpToDate(const std::string& path, std::function<void(Dictionary&)> update);
 
-    /// Has the system write this file, if it is one of its own, whatever the disk is like: for
-    /// whoever reads it from the store without asking here. Reading here writes nothing.
+    /// Writes the current content of a system file to the store, even if the disk is full or
+    /// read-only. Does nothing for another file. It is for programs that read the store directly;
+    /// the read functions here do not write.
     void bringUpToDate(const std::string& path);
 
-    /// Has the system write its own files, if the disk takes them, for other programs to see.
+    /// Writes all system files to the store, unless the disk is full or read-only.
     void writeSystemFiles();
 
     bool isThere(const std::string& path) const;
 
-    /// A file as it is now.
+    /// The current content of a file.
     ParsedPropertyList content(const std::string& path);
 
-    /// Another program writes, removes or ruins a file. Writing fails as the monitor's would.
+    /// Another program writes, removes or damages a file. Writing fails under the same conditions
+    /// as the monitor's writes.
     bool writeByOthers(const std::string& path, const Dictionary& dictionary);
     void remove(const std::string& path) { store->remove(resolvedPath(path)); }
     void damage(const std::string& path) { store->damage(resolvedPath(path)); }

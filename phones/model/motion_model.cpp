@@ -1,27 +1,26 @@
 #include "phones/model/motion_model.h"
 
-#include <array>
-
 namespace noctara {
 
 namespace {
 
-struct Posture {
-    std::string_view name;
-    Acceleration acceleration;
-};
-
-constexpr std::array postures{
-    Posture{"screen-down", {0, 0, 1}},   Posture{"screen-up", {0, 0, -1}},
-    Posture{"in-hand", {0, -0.6, -0.8}}, Posture{"in-pocket", {0.28, 0.96, 0}},
-    Posture{"moving", {0.3, 0.4, 1.2}},
-};
-
-double number(const PropertyList& value) {
-    if (const auto* integer = value.as<std::int64_t>())
-        return static_cast<double>(*integer);
-    const auto* real = value.as<double>();
-    return real ? *real : 0;
+/// The sample of the accelerometer in a posture. Absent if it delivers none.
+std::optional<Acceleration> measuredIn(NamedPosture posture) {
+    switch (posture) {
+    case NamedPosture::ScreenDown:
+        return Acceleration{0, 0, 1};
+    case NamedPosture::ScreenUp:
+        return Acceleration{0, 0, -1};
+    case NamedPosture::InHand:
+        return Acceleration{0, -0.6, -0.8};
+    case NamedPosture::InPocket:
+        return Acceleration{0.28, 0.96, 0};
+    case NamedPosture::Moving:
+        return Acceleration{0.3, 0.4, 1.2};
+    case NamedPosture::None:
+        break;
+    }
+    return std::nullopt;
 }
 
 CallValue asCallValue(const std::optional<Acceleration>& sample) {
@@ -35,28 +34,28 @@ public:
     explicit Manager(MotionModel& sensor) : motion(sensor) {}
 
     void startAccelerometerUpdates() override {
-        motion.recorder.call("startAccelerometerUpdates");
+        motion.recorder.call(Operation::startAccelerometerUpdates);
         running = true;
     }
 
     void setAccelerometerUpdateInterval(double seconds) override {
-        motion.recorder.call("setAccelerometerUpdateInterval:", {seconds});
+        motion.recorder.call(Operation::setAccelerometerUpdateInterval, {seconds});
     }
 
     std::optional<Acceleration> deviceMotion() override {
         const auto sample = motion.deliversDeviceMotion ? motion.measured() : std::nullopt;
-        motion.recorder.answered("deviceMotion", {}, asCallValue(sample));
+        motion.recorder.answered(Operation::deviceMotion, {}, asCallValue(sample));
         return sample;
     }
 
     std::optional<Acceleration> accelerometerData() override {
         const auto sample = running ? motion.measured() : std::nullopt;
-        motion.recorder.answered("accelerometerData", {}, asCallValue(sample));
+        motion.recorder.answered(Operation::accelerometerData, {}, asCallValue(sample));
         return sample;
     }
 
     void stopAccelerometerUpdates() override {
-        motion.recorder.call("stopAccelerometerUpdates");
+        motion.recorder.call(Operation::stopAccelerometerUpdates);
         running = false;
         ++motion.readings;
     }
@@ -70,14 +69,9 @@ std::unique_ptr<MotionManager> MotionModel::makeMotionManager() {
     return std::make_unique<Manager>(*this);
 }
 
-void MotionModel::setPosture(const PropertyList& posture) {
-    posed.reset();
-    if (const auto* axes = posture.as<Array>())
-        posed = {number((*axes)[0]), number((*axes)[1]), number((*axes)[2])};
-    if (const auto* name = posture.as<std::string>())
-        for (const auto& known : postures)
-            if (known.name == *name)
-                posed = known.acceleration;
+void MotionModel::setPosture(const Posture& posture) {
+    const auto* measured = std::get_if<Acceleration>(&posture);
+    posed = measured ? *measured : measuredIn(std::get<NamedPosture>(posture));
 }
 
 } // namespace noctara

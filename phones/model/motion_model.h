@@ -1,6 +1,7 @@
 /// The accelerometer of the simulated phone.
 #pragma once
 
+#include "phones/model/event.h"
 #include "phones/model/recorder.h"
 #include "platform/motion.h"
 
@@ -15,17 +16,16 @@ public:
 
     std::unique_ptr<MotionManager> makeMotionManager() override;
 
-    /// Moves the phone: a posture as an event names it, or an array of x, y, z in g.
-    void setPosture(const PropertyList& posture);
+    void setPosture(const Posture& posture);
 
-    /// What the sensor measures now; absent when it delivers nothing. That is the posture's sample
-    /// unless there is another source.
+    /// The current sample of the sensor. Absent if it delivers none. It comes from `source` if that
+    /// is set, otherwise from the posture.
     std::optional<Acceleration> measured() const { return source ? source() : posed; }
     std::function<std::optional<Acceleration>()> source;
 
     std::optional<Acceleration> posedSample() const { return posed; }
 
-    /// How often the sensor was started and stopped again.
+    /// How often the sensor was stopped.
     int readings = 0;
 
 private:

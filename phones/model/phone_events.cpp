@@ -1,96 +1,110 @@
-/// What can happen to the phone.
+/// The effect of each event on the phone.
 #include "phones/model/phone_model.h"
 
 namespace noctara {
 
-namespace {
+/// One overload for each kind of event. A missing overload is a compile error.
+struct PhoneModel::Effect {
+    void operator()(const PostureChange& change) const { phone.motion.setPosture(change.posture); }
 
-const std::string& text(const PropertyList& value) {
-    return *value.as<std::string>();
-}
-
-DiskState diskState(const std::string& name) {
-    return name == "full"        ? DiskState::full
-           : name == "read-only" ? DiskState::readOnly
-                                 : DiskState::ok;
-}
-
-} // namespace
-
-void PhoneModel::happens(const std::string& action, const PropertyList& value) {
-    if (action == "power_message") {
-        // The message is told of as it is sent, like those that the phone sends by itself.
-        const auto type = static_cast<std::uint32_t>(*value.as<std::int64_t>());
-        onMainThread([this, type] { power.sendMessage(type); });
-        return;
+    void operator()(const ChargerChange& change) const {
+        phone.wakeUp();
+        phone.power.plug(change.plugged);
+        phone.sendACPowerChanged();
     }
 
-    recorder.happens(action, value);
-    const bool on = value.boolValue();
-    if (action == "posture") {
-        motion.setPosture(value);
-    } else if (action == "button") {
-        wakeUp();
-    } else if (action == "charger") {
-        wakeUp();
-        power.plug(on);
-        sendACPowerChanged();
-    } else if (action == "call") {
-        if (text(value) != "none")
-            wakeUp();
-        radios.call = text(value);
-    } else if (action == "settings") {
-        announceSettings([&](Dictionary& file) {
-            for (const auto& [key, setting] : *value.as<Dictionary>())
-                file.set(key, setting);
+    void operator()(const SettingsChange& change) const {
+        phone.announceSettings([&](Dictionary& file) {
+            for (const auto& [key, value] : change.changed)
+                file.set(key, value);
         });
-    } else if (action == "remove_settings") {
-        announceSettings([&](Dictionary& file) {
-            for (const auto& key : *value.as<Array>())
-                file.remove(text(key));
+    }
+
+    void operator()(const SettingsRemoval& removal) const {
+        phone.announceSettings([&](Dictionary& file) {
+            for (const auto& key : removal.keys)
+                file.remove(key);
         });
-    } else if (action == "settings_file") {
-        if (text(value) == "missing")
-            files.remove(settingsFilePath);
+    }
+
+    void operator()(const AirplaneModeSwitch& change) const {
+        phone.radios.switchAirplaneMode(change.on);
+        phone.power.noteActivity();
+    }
+
+    void operator()(const WifiSwitch& change) const {
+        phone.radios.switchWifi(change.on);
+        phone.power.noteActivity();
+    }
+
+    void operator()(const BluetoothSwitch& change) const {
+        phone.radios.switchBluetooth(change.on);
+        phone.power.noteActivity();
+    }
+
+    void operator()(const CellularDataSwitch& change) const {
+        phone.radios.switchCellularData(change.on);
+        phone.power.noteActivity();
+    }
+
+    void operator()(const LocationSwitch& change) const {
+        phone.radios.switchLocation(change.on);
+        phone.power.noteActivity();
+    }
+
+    void operator()(const MaxRateChange& change) const {
+        phone.radios.chooseMaxRate(change.rate);
+        phone.power.noteActivity();
+    }
+
+    // A Bluetooth connection is not user activity.
+    void operator()(const BluetoothConnection& change) const {
+        phone.radios.connectBluetooth(change.connected);
+    }
+
+    void operator()(const CallChange& change) const {
+        if (change.state != CallState::none)
+            phone.wakeUp();
+        phone.radios.call = change.state;
+    }
+
+    void operator()(const ButtonPress&) const { phone.wakeUp(); }
+
+    void operator()(const DiskChange& change) const { phone.files.disk = change.state; }
+
+    void operator()(const SettingsFileChange& change) const {
+        if (change.fault == SettingsFileFault::missing)
+            phone.files.remove(settingsFilePath);
         else
-            files.damage(settingsFilePath);
-    } else if (action == "disk") {
-        files.disk = diskState(text(value));
-    } else if (action == "telephony_server") {
-        radios.telephonyServerAnswers = on;
-    } else if (action == "clock") {
-        clock.setWall(*value.as<Date>());
-    } else if (action == "stop") {
-        onMainThread([this] { stopMonitor(); });
-    } else {
-        switchByHand(action, value);
+            phone.files.damage(settingsFilePath);
     }
+
+    void operator()(const TelephonyServerChange& change) const {
+        phone.radios.telephonyServerAnswers = change.answers;
+    }
+
+    void operator()(const PowerMessage& message) const {
+        phone.onMainThread(
+            [&sender = phone.power, type = message.type] { sender.sendMessage(type); });
+    }
+
+    void operator()(const ClockChange& change) const { phone.clock.setWall(change.to); }
+
+    void operator()(const MonitorStop&) const {
+        phone.onMainThread([&stopped = phone] { stopped.stopMonitor(); });
+    }
+
+    PhoneModel& phone;
+};
+
+void PhoneModel::happens(const Event& event) {
+    // A power message is recorded when it is sent, as are those that the phone sends itself.
+    if (!std::holds_alternative<PowerMessage>(event))
+        recorder.happens(event);
+    std::visit(Effect{*this}, event);
 }
 
-void PhoneModel::switchByHand(const std::string& action, const PropertyList& value) {
-    const bool on = value.boolValue();
-    if (action == "airplane")
-        radios.switchAirplaneMode(on);
-    else if (action == "wifi")
-        radios.switchWifi(on);
-    else if (action == "bluetooth")
-        radios.switchBluetooth(on);
-    else if (action == "bluetooth_connected")
-        radios.connectBluetooth(on);
-    else if (action == "cellular_data")
-        radios.switchCellularData(on);
-    else if (action == "location")
-        radios.switchLocation(on);
-    else if (action == "max_rate")
-        radios.chooseMaxRate(text(value));
-    else
-        throw std::invalid_argument("nothing called \"" + action + "\" can happen to a phone");
-    // A device that connects is no hand on the phone.
-    if (action != "bluetooth_connected")
-        power.noteActivity();
-}
-
-/// The settings screen writes its file, if there is anything to write, and announces it.
+/// Acts as the settings screen: writes the file if the edit changes it, and posts the notification.
 void PhoneModel::announceSettings(const std::function<void(Dictionary&)>& edit) {
     power.noteActivity();
     editFile(settingsFilePath, edit);

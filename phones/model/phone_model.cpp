@@ -13,8 +13,8 @@ namespace {
 
 constexpr double never = std::numeric_limits<double>::infinity();
 
-/// More than any cycle of the monitor takes.
-constexpr int mostLooksWithoutWaiting = 10000;
+/// More than any cycle of the monitor needs.
+constexpr int mostReadsWithoutWaiting = 10000;
 
 const std::string pushPath =
     "/private/var/mobile/Library/Preferences/com.apple.persistentconnection-mcc.plist";
@@ -65,44 +65,53 @@ double PhoneModel::nextDue() const {
 void PhoneModel::advance(double to) {
     const bool caller = std::exchange(recorder.onMainThread, true);
     for (double due = nextDue(); due <= to; due = nextDue()) {
-        clock.elapsedClock = std::max(clock.elapsedClock, due);
+        clock.monotonic = std::max(clock.monotonic, due);
         runDue();
     }
-    clock.elapsedClock = std::max(clock.elapsedClock, to);
+    clock.monotonic = std::max(clock.monotonic, to);
     recorder.onMainThread = caller;
+}
+
+bool PhoneModel::moveToWakeUp(double wakeUpAt, double limit) {
+    while (power.isAsleep() || clock.monotonic < wakeUpAt) {
+        const double next = power.isAsleep() ? nextDue() : wakeUpAt;
+        if (next >= limit)
+            return false;
+        advance(next);
+    }
+    return true;
 }
 
 void PhoneModel::runDue() {
     if (nextEvent < events.size() && events[nextEvent].at.secondsSince1970 <= power.nextDue()) {
-        const Event& event = events[nextEvent++];
-        happens(event.action, event.value);
+        happens(events[nextEvent++].event);
     } else {
         power.runDue();
-        doWorkPutOff();
+        runPendingWork();
     }
 }
 
-void PhoneModel::noteLookAtClock() {
-    if (++looksWithoutWaiting > mostLooksWithoutWaiting)
-        throw MonitorSpins("the monitor goes round and round without waiting: a phone would get "
-                           "hot and run down");
+void PhoneModel::noteClockRead() {
+    if (++readsWithoutWaiting > mostReadsWithoutWaiting)
+        throw MonitorSpins("the monitor loops without waiting, which would drain the battery of a "
+                           "real phone");
 }
 
 void PhoneModel::onMainThread(std::function<void()> work) {
-    workPutOff.push_back(std::move(work));
-    doWorkPutOff();
+    pendingWork.push_back(std::move(work));
+    runPendingWork();
 }
 
-void PhoneModel::doWorkPutOff() {
+void PhoneModel::runPendingWork() {
     if (!power.isAsleep())
-        for (const auto& work : std::exchange(workPutOff, {}))
+        for (const auto& work : std::exchange(pendingWork, {}))
             work();
 }
 
 void PhoneModel::wakeUp() {
     power.wake();
     power.noteActivity();
-    doWorkPutOff();
+    runPendingWork();
 }
 
 } // namespace noctara

@@ -1,7 +1,6 @@
-/// The phone that exists only here: radios, files, applications, power and faults, and what happens
-/// to them at which instant. Whoever runs the monitor on it says how time passes: the simulated
-/// phone does, with the monitor linked into the same program, and so does the stand-in phone, with
-/// the library loaded into a process of its own.
+/// The model of a phone: its radios, files, applications, power and faults, and the events of a
+/// scenario. Derived classes run the monitor and decide how time passes. SimulatedPhone has the
+/// monitor linked into the same program. The stand-in phone loads the library into a process.
 #pragma once
 
 #include "phones/model/applications_model.h"
@@ -25,12 +24,10 @@
 
 namespace noctara {
 
-class NoctaraThread;
-
-/// Where the settings file is on the phone.
+/// The path of the settings file on the phone.
 extern const std::string settingsFilePath;
 
-/// The monitor goes round without ever waiting, which on a phone would burn a core.
+/// The monitor loops without waiting, which would use all the time of a processor core.
 class MonitorSpins : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -42,16 +39,14 @@ public:
     PhoneModel(const PhoneModel&) = delete;
     PhoneModel& operator=(const PhoneModel&) = delete;
 
-    /// To be called before the phone is launched; the observer must outlive the last play.
+    /// Call it before the phone is launched. The observer must live until the phone has been played
+    /// to its end.
     void observe(PhoneObserver& observer) { recorder.add(observer); }
 
-    /// Makes something happen now, as an event of the scenario would.
-    void happens(const std::string& action, const PropertyList& value);
+    /// Makes an event happen now.
+    void happens(const Event& event);
 
     const TimeZone& timeZone() const { return zone; }
-
-    /// The monitor that runs on this phone; null while there is none.
-    virtual NoctaraThread* monitor() const = 0;
 
     VirtualClock clock;
     Recorder recorder;
@@ -66,43 +61,50 @@ public:
 protected:
     PhoneModel(const Scenario& scenario, std::unique_ptr<FileStore> store);
 
-    /// SpringBoard notices a change of the charger.
+    /// Sends ACPowerChanged to SpringBoard's controller.
     virtual void sendACPowerChanged() = 0;
 
-    /// Lets the monitor end, if there is one.
+    /// Calls the monitor's `stop`, if there is a monitor.
     virtual void stopMonitor() = 0;
 
-    /// By the clock that is never set: when the next thing is due. Infinity when nothing is.
+    /// When the next thing is due, by the monotonic clock. Infinity when nothing is.
     double nextDue() const;
 
-    /// Moves the clock, running all that is due on the way as the main thread's work, the last
-    /// instant included.
+    /// Moves the monotonic clock to `to`. Runs everything that is due up to and including `to`, in
+    /// order, as work of the main thread.
     void advance(double to);
+
+    /// Moves the clock on for a monitor that waits until `wakeUpAt`, running all that is due on the
+    /// way. No thread runs while the phone sleeps: the wait then lasts until it has woken up. False
+    /// when that is not before `limit`; the clock then stands before the first move that would
+    /// reach it, and the wait can be taken up again.
+    bool moveToWakeUp(double wakeUpAt, double limit);
 
     /// To be called at every look of the monitor at the clock. Throws MonitorSpins when there have
     /// been too many since it last waited.
-    void noteLookAtClock();
-    void noteWait() { looksWithoutWaiting = 0; }
+    void noteClockRead();
+    void noteWait() { readsWithoutWaiting = 0; }
 
-    const double end; ///< Of the scenario, by the clock that is never set.
+    const double end; ///< Of the scenario, by the monotonic clock.
 
 private:
+    struct Effect;
+
     void runDue();
 
-    /// Hands over to the main thread, which does nothing while the phone sleeps.
+    /// Runs work as the main thread: at once, or after waking up if the phone is asleep.
     void onMainThread(std::function<void()> work);
-    void doWorkPutOff();
+    void runPendingWork();
 
     void wakeUp();
-    void switchByHand(const std::string& action, const PropertyList& value);
     void editFile(const std::string& path, const std::function<void(Dictionary&)>& edit);
     void announceSettings(const std::function<void(Dictionary&)>& edit);
 
     TimeZone zone;
-    std::vector<Event> events;
+    std::vector<ScheduledEvent> events;
     std::size_t nextEvent = 0;
-    std::vector<std::function<void()>> workPutOff; ///< Until the phone wakes up.
-    int looksWithoutWaiting = 0;
+    std::vector<std::function<void()>> pendingWork; ///< Until the phone wakes up.
+    int readsWithoutWaiting = 0;
 };
 
 } // namespace noctara

@@ -1,7 +1,8 @@
-/// Whoever watches a simulated phone: it is told of every call that the monitor makes, and of
-/// everything that happens to the phone, in order.
+/// An observer of a phone. It is told of every call of the monitor and every event, in order.
 #pragma once
 
+#include "phones/model/event.h"
+#include "phones/model/operation.h"
 #include "platform/motion.h"
 #include "platform/property_list.h"
 
@@ -13,34 +14,34 @@
 
 namespace noctara {
 
-/// An argument or a result, borrowed for as long as the observer is being told. The empty
-/// alternative is null.
+/// An argument or a result. Its pointers and views are valid only while the observer is being told.
+/// std::monostate is null.
 using CallValue =
     std::variant<std::monostate, bool, std::int64_t, double, std::string_view, Date, Acceleration,
                  const PropertyList*, const Dictionary*, std::span<const std::string>>;
 
 struct Call {
-    Date at; ///< By the phone's wall clock.
+    Date at; ///< On the phone's wall clock.
     bool onMainThread;
-    std::string_view operation; ///< The phone's own name, selectors with their colons.
+    Operation operation;
     std::span<const CallValue> arguments;
-    const CallValue* result; ///< Null when the operation has none.
+    const CallValue* result; ///< Null if the operation has no result.
 };
 
 struct Happening {
-    Date at; ///< By the phone's wall clock.
-    std::string_view action;
-    const PropertyList& value;
+    Date at; ///< On the phone's wall clock.
+    const Event& event;
 };
 
 class PhoneObserver {
 public:
     virtual ~PhoneObserver() = default;
 
-    /// A call has been made. One that causes others (a hop, a sleep) is told of before them.
+    /// The monitor has made a call. A call that causes others, such as work on the main thread,
+    /// comes before them.
     virtual void called(const Call& call) = 0;
 
-    /// Something is happening to the phone; told of before anything that it causes.
+    /// An event happens. It comes before the calls and events that it causes.
     virtual void happens(const Happening& happening) = 0;
 };
 

@@ -1,6 +1,7 @@
 #include "phones/model/power_model.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace noctara {
@@ -25,7 +26,7 @@ PowerModel::PowerModel(const Scenario& scenario, const VirtualClock& phoneClock,
 PowerConnection PowerModel::registerForSystemPower(PowerCallback callback,
                                                    NotificationPortRef& port) {
     const PowerConnection connection = registrationFails ? 0 : rootDomain;
-    if (recorder.answer("IORegisterForSystemPower", std::int64_t{connection}) != 0) {
+    if (recorder.answer(Operation::IORegisterForSystemPower, std::int64_t{connection}) != 0) {
         listener = callback;
         port = this;
     }
@@ -37,30 +38,36 @@ RunLoopRef PowerModel::currentRunLoop() {
 }
 
 void PowerModel::addSource(RunLoopRef, NotificationPortRef) {
-    recorder.call("CFRunLoopAddSource", {"kCFRunLoopCommonModes"});
+    recorder.call(Operation::CFRunLoopAddSource, {"kCFRunLoopCommonModes"});
     listens = true;
 }
 
 void PowerModel::allowPowerChange(PowerConnection connection, std::intptr_t notification) {
-    recorder.call("IOAllowPowerChange",
+    recorder.call(Operation::IOAllowPowerChange,
                   {std::int64_t{connection}, static_cast<std::int64_t>(notification)});
 }
 
 void PowerModel::cancelPowerChange(PowerConnection connection, std::intptr_t notification) {
-    recorder.call("IOCancelPowerChange",
+    recorder.call(Operation::IOCancelPowerChange,
                   {std::int64_t{connection}, static_cast<std::int64_t>(notification)});
     cancelled = cancelled || notification == lastNotification;
 }
 
 void PowerModel::schedule(Date date, const std::string& identifier) {
-    recorder.call("CPScheduleWakeAtDateWithIdentifier", {date.secondsSince1970, identifier});
+    recorder.call(Operation::CPScheduleWakeAtDateWithIdentifier,
+                  {date.secondsSince1970, identifier});
     wakes.push_back({identifier, date});
 }
 
 void PowerModel::cancel(Date date, const std::string& identifier) {
-    recorder.call("CPCancelWakeAtDateWithIdentifier", {date.secondsSince1970, identifier});
-    std::erase_if(
-        wakes, [&](const auto& wake) { return wake.at == date && wake.scheduledBy == identifier; });
+    recorder.call(Operation::CPCancelWakeAtDateWithIdentifier, {date.secondsSince1970, identifier});
+    // The list of wake-ups is a file, which may keep whole seconds only. Who reads it cancels by
+    // the date that it shows.
+    const auto isMeant = [&](const auto& wake) {
+        const Date inWholeSeconds{std::floor(wake.at.secondsSince1970)};
+        return wake.scheduledBy == identifier && (wake.at == date || inWholeSeconds == date);
+    };
+    std::erase_if(wakes, isMeant);
 }
 
 ObjectRef PowerModel::sharedController(ClassRef controllerClass) {
@@ -68,15 +75,13 @@ ObjectRef PowerModel::sharedController(ClassRef controllerClass) {
 }
 
 bool PowerModel::isOnAC(ObjectRef controller) {
-    return recorder.answer("isOnAC", controller && onAC);
+    return recorder.answer(Operation::isOnAC, controller && onAC);
 }
 
 void PowerModel::sendMessage(std::uint32_t type) {
     ++lastNotification;
     cancelled = false;
-    recorder.happens("power_message",
-                     Dictionary{{"type", std::int64_t{type}},
-                                {"notification", static_cast<std::int64_t>(lastNotification)}});
+    recorder.happens(PowerMessage{type, lastNotification});
     if (listens)
         listener(nullptr, 0, type, reinterpret_cast<void*>(lastNotification));
 }
@@ -95,7 +100,7 @@ void PowerModel::plug(bool onCharger) {
 }
 
 void PowerModel::noteActivity() {
-    nextAsk = clock.elapsedClock + idleSleep;
+    nextAsk = clock.monotonic + idleSleep;
 }
 
 void PowerModel::wake() {
@@ -109,13 +114,13 @@ void PowerModel::wake() {
 double PowerModel::nextDue() const {
     double due = asleep || onAC || idleSleep == 0 ? never : nextAsk;
     for (const auto& wake : wakes)
-        due = std::min(due, clock.whenWallReads(wake.at));
+        due = std::min(due, clock.monotonicAt(wake.at));
     return due;
 }
 
 void PowerModel::runDue() {
     const auto isDue = [this](const auto& wake) {
-        return clock.whenWallReads(wake.at) <= clock.elapsedClock;
+        return clock.monotonicAt(wake.at) <= clock.monotonic;
     };
     if (std::erase_if(wakes, isDue) != 0)
         wake();
@@ -126,7 +131,7 @@ void PowerModel::runDue() {
 void PowerModel::askToSleep() {
     sendMessage(kIOMessageCanSystemSleep);
     if (cancelled) {
-        nextAsk = clock.elapsedClock + askAgainAfter;
+        nextAsk = clock.monotonic + askAgainAfter;
         return;
     }
     sendMessage(kIOMessageSystemWillSleep);

@@ -1,5 +1,5 @@
-/// Power of the simulated phone: the charger, idle sleep with its messages, and the wake-ups that
-/// end it.
+/// The power management of the simulated phone: the charger, idle sleep with its messages, and
+/// scheduled wake-ups.
 #pragma once
 
 #include "phones/model/recorder.h"
@@ -29,27 +29,28 @@ public:
     ObjectRef sharedController(ClassRef controllerClass) override;
     bool isOnAC(ObjectRef controller) override;
 
-    /// Sends a power message to whoever listens.
+    /// Sends a power message to the registered callback, if its run loop source has been added.
     void sendMessage(std::uint32_t type);
 
-    /// Brings the dictionary of the system's list of wake-ups up to date.
+    /// Writes the scheduled wake-ups into the dictionary of the system's list.
     void describeWakes(Dictionary& list) const;
 
-    /// Adds a wake-up that is already in the list.
+    /// Adds a wake-up without a call of the monitor.
     void addWake(const Scenario::Wake& wake) { wakes.push_back(wake); }
     const std::vector<Scenario::Wake>& scheduledWakes() const { return wakes; }
 
     void plug(bool onCharger);
     bool isAsleep() const { return asleep; }
 
-    /// The user, or the outside, is doing something: the wait for idle sleep starts anew.
+    /// Restarts the wait for idle sleep, after an action of the user or another event.
     void noteActivity();
-    /// Ends a sleep, if there is one.
+    /// Wakes the phone if it is asleep.
     void wake();
 
-    /// By the clock that is never set: when `runDue` next has something to do. Infinity when never.
+    /// When `runDue` next has something to do, by the monotonic clock. Infinity when never.
     double nextDue() const;
-    /// A wake-up that is due is taken off the list and ends a sleep; else the phone asks to sleep.
+    /// Removes the wake-ups that are due and wakes the phone. If none is due, the phone asks to
+    /// start idle sleep.
     void runDue();
 
     bool registrationFails = false;
@@ -62,14 +63,14 @@ private:
 
     bool onAC;
     double idleSleep; ///< Seconds; 0: never.
-    double nextAsk;   ///< By the clock that is never set.
+    double nextAsk;   ///< By the monotonic clock.
     bool asleep = false;
     std::vector<Scenario::Wake> wakes;
 
     PowerCallback listener = nullptr;
     bool listens = false;
     std::intptr_t lastNotification = 0;
-    bool cancelled = false; ///< The answer to the last message.
+    bool cancelled = false; ///< Whether the last message was cancelled.
 };
 
 } // namespace noctara

@@ -17,20 +17,20 @@ ProcessModel::ProcessModel(const Scenario& scenario, const Recorder& calls) :
 }
 
 std::string ProcessModel::bundleIdentifier() {
-    recorder.answered("bundleIdentifier", {}, bundle);
+    recorder.answered(Operation::bundleIdentifier, {}, bundle);
     return bundle;
 }
 
 ClassRef ProcessModel::findClass(const char* name) {
     const auto found = classes.find(std::string_view(name));
     const bool exists = found != classes.end();
-    return recorder.answer("objc_getClass", {name}, exists) ? &found->second : nullptr;
+    return recorder.answer(Operation::objc_getClass, {name}, exists) ? &found->second : nullptr;
 }
 
 void ProcessModel::hookMessage(ClassRef hooked, const char* selector, Implementation replacement,
                                Implementation& previous) {
     auto* hookedClass = static_cast<Class*>(hooked);
-    recorder.call("MSHookMessageEx",
+    recorder.call(Operation::MSHookMessageEx,
                   {hookedClass ? CallValue(hookedClass->name) : CallValue(), selector});
     if (!hookedClass)
         return;
@@ -42,37 +42,38 @@ void ProcessModel::hookMessage(ClassRef hooked, const char* selector, Implementa
 }
 
 int ProcessModel::registerOnMainQueue(const char* name, std::function<void()> handler) {
-    recorder.call("notify_register_dispatch", {name});
+    recorder.call(Operation::notify_register_dispatch, {name});
     handlers.emplace_back(name, std::move(handler));
     return static_cast<int>(handlers.size());
 }
 
 void ProcessModel::post(const char* name) {
-    recorder.call("notify_post", {name});
+    recorder.call(Operation::notify_post, {name});
 }
 
 void ProcessModel::postInProcess(const char* name, const Dictionary& userInfo) {
-    recorder.call("postNotificationName:object:userInfo:", {name, &userInfo});
+    recorder.call(Operation::postNotification, {name, &userInfo});
 }
 
 void ProcessModel::write(const std::string& text) {
-    recorder.call("NSLog", {text});
+    recorder.call(Operation::NSLog, {text});
 }
 
 bool ProcessModel::create(const std::string& path, SoundID& id) {
     const SoundID created = soundsAreInstalled ? ++lastSound : 0;
-    if (recorder.answer("AudioServicesCreateSystemSoundID", {path}, std::int64_t{created}) == 0)
+    if (recorder.answer(Operation::AudioServicesCreateSystemSoundID, {path},
+                        std::int64_t{created}) == 0)
         return false;
     id = created;
     return true;
 }
 
 void ProcessModel::play(SoundID id) {
-    recorder.call("AudioServicesPlaySystemSound", {std::int64_t{id}});
+    recorder.call(Operation::AudioServicesPlaySystemSound, {std::int64_t{id}});
 }
 
 void ProcessModel::dispose(SoundID id) {
-    recorder.call("AudioServicesDisposeSystemSoundID", {std::int64_t{id}});
+    recorder.call(Operation::AudioServicesDisposeSystemSoundID, {std::int64_t{id}});
 }
 
 void ProcessModel::applicationDidFinishLaunching() {

@@ -1,5 +1,5 @@
-/// The process that the library is loaded into on the simulated phone: SpringBoard's classes with
-/// methods that can be hooked, notifications, the system log and the short sounds.
+/// The process that the library is loaded into on the simulated phone: classes whose methods can be
+/// hooked, notifications, the system log and the short sounds.
 #pragma once
 
 #include "phones/model/recorder.h"
@@ -38,7 +38,8 @@ public:
     void play(SoundID id) override;
     void dispose(SoundID id) override;
 
-    /// Sends SpringBoard's own messages, to whatever implements them by now.
+    /// Send the messages of these names to SpringBoard. The current implementations receive them,
+    /// which are the hooks once these are installed.
     void applicationDidFinishLaunching();
     void acPowerChanged(ObjectRef controller);
 
@@ -47,10 +48,10 @@ public:
 
     bool hasClass(std::string_view name) const { return classes.contains(name); }
 
-    /// Takes a class away, as on a system that lacks it.
+    /// Removes a class, as on a system that lacks it.
     void removeClass(const std::string& name) { classes.erase(name); }
 
-    /// How often SpringBoard's own implementations have run.
+    /// How often SpringBoard's original implementations have run.
     int launches = 0;
     int powerChanges = 0;
 
@@ -60,7 +61,7 @@ private:
         std::map<std::string, Implementation, std::less<>> methods;
     };
 
-    /// Null when there is no such class or method.
+    /// Null if there is no such class or method.
     Implementation method(std::string_view className, std::string_view selector) const;
 
     static void ownDidFinishLaunching(ObjectRef self, SelectorRef, ObjectRef);
@@ -72,7 +73,7 @@ private:
     SoundID lastSound = 0;
     std::map<std::string, Class, std::less<>> classes;
     std::vector<std::pair<std::string, std::function<void()>>> handlers;
-    static ProcessModel* current; ///< Whose implementations the methods are.
+    static ProcessModel* current; ///< The process that the static implementations belong to.
 };
 
 } // namespace noctara

@@ -1,4 +1,4 @@
-/// Property lists as bytes and as files, by way of libplist.
+/// Reads and writes property lists with libplist.
 #include "phones/model/property_list_file.h"
 
 #include "input/file_reading.h"
@@ -29,7 +29,7 @@ namespace {
 
 constexpr std::size_t maximumBytes = std::size_t{1} << 20;
 
-/// Dictionary searches its keys one by one.
+/// A limit, because Dictionary searches its keys linearly.
 constexpr std::uint32_t maximumKeys = 4096;
 
 struct Freeing {
@@ -80,8 +80,8 @@ Node nodeOfXml(std::string_view xml) {
     return Node(node);
 }
 
-/// libplist hands dates out in 32 bits, which begin in 1932 and end in 2069, with a fraction that
-/// has lost its sign. Its own XML has the seconds of all dates, rounded towards 2001.
+/// libplist returns dates in 32 bits, from 1932 to 2069, and the fraction without its sign. Its XML
+/// has the seconds of all dates, rounded towards 2001.
 Date dateOf(plist_t node) {
     const std::string xml = xmlOf(node);
     constexpr std::string_view tag = "<date>";
@@ -89,7 +89,7 @@ Date dateOf(plist_t node) {
     const auto seconds =
         secondsOfDateText(std::string_view(xml).substr(begin, xml.find("</date>", begin) - begin));
     if (!seconds)
-        throw UnreadablePropertyList("a date that is not one");
+        throw UnreadablePropertyList("an invalid date");
     std::int32_t wholeSeconds = 0;
     std::int32_t microseconds = 0;
     plist_get_date_val(node, &wholeSeconds, &microseconds);
@@ -187,9 +187,9 @@ Node nodeOf(const std::string& text) {
     return Node(plist_new_string(text.c_str()));
 }
 
-/// By way of text, as libplist takes other dates in 32 bits only.
+/// Goes through XML, because libplist's function for new dates takes only 32 bits.
 Node nodeOf(const Date& date) {
-    // fmax gives the number when the other argument is not one.
+    // If one argument is NaN, fmax returns the other.
     const double seconds =
         std::fmin(std::fmax(date.secondsSince1970, double{earliestPropertyListDate}),
                   double{latestPropertyListDate});
@@ -221,7 +221,7 @@ Node nodeOf(const PropertyList& value) {
     return std::visit([](const auto& content) { return nodeOf(content); }, value.variant());
 }
 
-/// For each zero among the reals, in the order of the XML: whether it is -0.0.
+/// Collects, for each real that is zero, whether it is -0.0, in the order of the XML.
 void collectZeros(const PropertyList& value, std::vector<bool>& areNegative) {
     if (const auto* real = value.as<double>(); real && *real == 0) {
         const auto* number = value.madeOf<NodeOfNumber>();
@@ -245,7 +245,7 @@ public:
     int get() const { return number; }
     bool isOpen() const { return number >= 0; }
 
-    /// False when the system reports a write that failed late.
+    /// False if the system reports a delayed write error.
     bool close() { return number < 0 || ::close(std::exchange(number, -1)) == 0; }
 
 private:
@@ -263,7 +263,7 @@ bool writeAll(int file, std::string_view bytes) {
     return true;
 }
 
-/// A new file that is removed again unless it takes the place of another.
+/// A new file. The destructor removes it unless it has replaced another file.
 class TemporaryFile {
 public:
     explicit TemporaryFile(const std::filesystem::path& folder) : file(create(folder)) {}
@@ -331,7 +331,7 @@ ParsedPropertyList parsePropertyList(std::string_view bytes) {
 
 ParsedPropertyList readPropertyListFile(const std::filesystem::path& file) {
     try {
-        // A named pipe would wait for its writer.
+        // Opening a named pipe would wait for a writer.
         std::error_code ignored;
         if (std::filesystem::is_fifo(file, ignored))
             return {std::nullopt, "not a regular file"};
@@ -343,7 +343,8 @@ ParsedPropertyList readPropertyListFile(const std::filesystem::path& file) {
 
 std::string propertyListXml(const PropertyList& value) {
     std::string xml = xmlOf(nodeOf(value).get());
-    // libplist writes -0.0 without its sign. Text cannot look like a zero, as its "<" is escaped.
+    // libplist writes -0.0 without its sign. Text cannot contain the tag, because "<" is escaped in
+    // it.
     std::vector<bool> areNegative;
     collectZeros(value, areNegative);
     std::size_t at = 0;
@@ -370,7 +371,7 @@ bool writePropertyListFile(const std::filesystem::path& file, const Dictionary& 
         return false;
     if (durability == Durability::buffered)
         return true;
-    // The new file is in place whether or not the folder's entry can be forced to the disk.
+    // An error here is ignored: the file has been replaced even if the folder cannot be synced.
     const FileDescriptor entries(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (entries.isOpen())
         ::fsync(entries.get());

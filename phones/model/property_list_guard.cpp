@@ -22,7 +22,7 @@ void requireLevel(std::size_t level) {
         refuse("nested deeper than 64 levels");
 }
 
-/// Visits each value as often as libplist copies it.
+/// Visits a shared value once for each reference, because libplist copies it each time.
 class BinaryWalk {
 public:
     explicit BinaryWalk(std::string_view list) : bytes(list) {
@@ -73,18 +73,18 @@ private:
             visit(number(position + i * referenceSize, referenceSize), level + 1);
     }
 
-    /// libplist stops the program at a NUL in a key, and cuts text there and at a lone surrogate.
+    /// libplist aborts at a NUL in a key, and truncates other text at a NUL or a lone surrogate.
     void checkText(std::uint64_t position, std::uint64_t length, std::uint64_t unitSize) const {
         bool afterLead = false;
         for (std::uint64_t i = 0; i < length; ++i) {
             const std::uint64_t unit = number(position + i * unitSize, unitSize);
             const bool isTrail = (unit & 0xFC00) == 0xDC00;
             if (unit == 0 || isTrail != afterLead)
-                refuse("text with a NUL or half a character");
+                refuse("text with a NUL or an incomplete character");
             afterLead = (unit & 0xFC00) == 0xD800;
         }
         if (afterLead)
-            refuse("text with a NUL or half a character");
+            refuse("text with a NUL or an incomplete character");
     }
 
     std::string_view bytes;
@@ -113,29 +113,30 @@ std::string plainInteger(std::string_view text) {
     const char* end = digits.data() + digits.size();
     const auto parsed = std::from_chars(digits.data(), end, magnitude, isHexadecimal ? 16 : 10);
     if (parsed.ec == std::errc::invalid_argument || parsed.ptr != end)
-        refuse("an integer that is not one");
+        refuse("an invalid integer");
     if (parsed.ec != std::errc() || (isNegative && magnitude > std::uint64_t{1} << 63))
         refuse("an integer over 64 bits");
     return isHexadecimal ? std::string(text) : (isNegative ? "-" : "") + std::to_string(magnitude);
 }
 
-/// Checks the text that begins at `begin` when it is that of a number or a date.
+/// Checks the text at `begin` if `name` is the tag of a number or a date. Removes leading zeros of
+/// integers.
 void checkScalar(std::string& xml, std::string_view name, std::size_t begin) {
     const std::size_t end = std::min(xml.find('<', begin), xml.size());
     begin = std::min(xml.find_first_not_of(blanks, begin), end);
     std::string_view text = std::string_view(xml).substr(begin, end - begin);
     text = text.substr(0, text.find_last_not_of(blanks) + 1);
     if (name == "real" && !isReal(text))
-        refuse("a real that is not one");
+        refuse("an invalid real number");
     if (name == "date" && !secondsOfDateText(text))
-        refuse("a date that is not one");
+        refuse("an invalid date");
     if (name == "integer") {
         const std::string plain = plainInteger(text);
         xml.replace(begin, text.size(), std::string(text.size() - plain.size(), ' ') + plain);
     }
 }
 
-/// Just after the first `closing` at or after `from`.
+/// The position after the first `closing` at or after `from`.
 std::size_t endOf(std::string_view text, std::string_view closing, std::size_t from) {
     const std::size_t found = text.find(closing, from);
     if (found == std::string_view::npos)
@@ -168,7 +169,7 @@ std::string checkedXmlPropertyList(std::string_view bytes) {
         }
         end = endOf(xml, rest.starts_with("<?") ? "?>" : ">", at);
         const std::string_view tag = rest.substr(1, end - at - 2);
-        // libplist does not end a tag within quotation marks or brackets: it would see other tags.
+        // libplist ignores ">" within quotation marks or brackets, so it would see other tags.
         if (std::ranges::count(tag, '"') % 2 != 0 || tag.find('[') != tag.npos)
             refuse("not a property list");
         const std::string name(tag.substr(0, tag.find_first_of(" \t\r\n/", 1)));

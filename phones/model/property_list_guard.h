@@ -1,4 +1,5 @@
-/// Refuses property lists that libplist would crash or hang on, or would read as other values.
+/// Refuses property lists on which libplist would crash or hang, or which it would read as other
+/// values.
 #pragma once
 
 #include <cstddef>
@@ -8,25 +9,25 @@
 
 namespace noctara {
 
-/// Why a property list cannot be read: one short line for a person.
+/// The text says why a property list cannot be read, in one short line for the user.
 class UnreadablePropertyList : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// Arrays and dictionaries within one another.
+/// The limit of nested arrays and dictionaries.
 inline constexpr std::size_t maximumPropertyListLevels = 64;
 
-/// Throws UnreadablePropertyList for a binary list that nests too deep, expands to more than 16 MiB
-/// once each reference to a shared value has become a copy, or holds text with a NUL or a lone
-/// surrogate. Other damage may pass.
+/// Throws UnreadablePropertyList for a binary list that is nested too deeply or holds text with a
+/// NUL or a lone surrogate. It also throws if the list expands to more than 16 MiB when every
+/// reference to a shared value becomes a copy. Other damage may go undetected.
 void checkBinaryPropertyList(std::string_view bytes);
 
-/// The XML without a byte order mark and without leading zeros of integers, which libplist would
-/// take for octal ones.
+/// Returns the XML without a byte order mark and without leading zeros of integers, which libplist
+/// would read as octal.
 ///
-/// Throws UnreadablePropertyList for XML that nests too deep, holds a NUL, or has an integer, a
-/// real or a date that is not one. Other damage may pass.
+/// Throws UnreadablePropertyList for XML that is nested too deeply, holds a NUL, or has an invalid
+/// integer, real or date. Other damage may go undetected.
 std::string checkedXmlPropertyList(std::string_view bytes);
 
 } // namespace noctara

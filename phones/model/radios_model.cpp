@@ -2,85 +2,53 @@
 
 namespace noctara {
 
-namespace {
-
-std::string nameOf(DataRate rate) {
-    switch (rate) {
-    case DataRate::kCTRegistrationDataRate2G:
-        return "2G";
-    case DataRate::kCTRegistrationDataRate3G:
-        return "3G";
-    case DataRate::kCTRegistrationDataRate4G:
-        return "4G";
-    default:
-        return "unknown";
-    }
-}
-
-DataRate rateOf(const std::string& name) {
-    using enum DataRate;
-    return name == "2G"   ? kCTRegistrationDataRate2G
-           : name == "3G" ? kCTRegistrationDataRate3G
-           : name == "4G" ? kCTRegistrationDataRate4G
-                          : kCTRegistrationDataRateUnknown;
-}
-
-} // namespace
-
 RadiosModel::RadiosModel(const Scenario& scenario, const Recorder& calls) :
     call(scenario.radios.call),
     hasTelephonyManager(scenario.phone.telephonyManager),
     telephonyServerAnswers(scenario.phone.telephonyServer),
     recorder(calls),
-    airplane(scenario.radios.airplane),
+    radios(scenario.radios),
     airplaneFlag(scenario.radios.airplane),
-    wifiIsEnabled(scenario.radios.wifi),
-    wifiHasPower(scenario.radios.wifiPowered),
-    bluetoothIsEnabled(scenario.radios.bluetooth),
-    bluetoothIsConnected(scenario.radios.bluetoothConnected),
-    cellularData(scenario.radios.cellularData),
-    maxRate(scenario.radios.maxRate),
     rates(scenario.phone.rates),
-    location(scenario.radios.location),
     tethering(scenario.radios.tethering) {}
 
 TelephonyManager* RadiosModel::sharedTelephonyManager(ClassRef managerClass) {
     const bool exists = managerClass && hasTelephonyManager;
-    return recorder.answer("sharedTelephonyManager", exists) ? this : nullptr;
+    return recorder.answer(Operation::sharedTelephonyManager, exists) ? this : nullptr;
 }
 
 bool RadiosModel::isInAirplaneMode() {
-    return recorder.answer("isInAirplaneMode", airplane);
+    return recorder.answer(Operation::isInAirplaneMode, radios.states().airplane);
 }
 
 void RadiosModel::setIsInAirplaneMode(bool on) {
-    recorder.call("setIsInAirplaneMode:", {on});
+    recorder.call(Operation::setIsInAirplaneMode, {on});
     airplaneFlag = on;
 }
 
 void RadiosModel::updateAirplaneMode() {
-    recorder.call("updateAirplaneMode");
+    recorder.call(Operation::updateAirplaneMode);
     switchAirplaneMode(airplaneFlag);
 }
 
 bool RadiosModel::inCall() {
-    return recorder.answer("inCall", call == "in-call");
+    return recorder.answer(Operation::inCall, call == CallState::inCall);
 }
 
 bool RadiosModel::outgoingCallExists() {
-    return recorder.answer("outgoingCallExists", call == "outgoing");
+    return recorder.answer(Operation::outgoingCallExists, call == CallState::outgoing);
 }
 
 bool RadiosModel::incomingCallExists() {
-    return recorder.answer("incomingCallExists", call == "incoming");
+    return recorder.answer(Operation::incomingCallExists, call == CallState::incoming);
 }
 
 bool RadiosModel::activeCallExists() {
-    return recorder.answer("activeCallExists", call == "active");
+    return recorder.answer(Operation::activeCallExists, call == CallState::active);
 }
 
 bool RadiosModel::isNetworkTethering() {
-    return recorder.answer("isNetworkTethering", tethering);
+    return recorder.answer(Operation::isNetworkTethering, tethering);
 }
 
 WiFiManager* RadiosModel::sharedInstance(ClassRef managerClass) {
@@ -88,75 +56,80 @@ WiFiManager* RadiosModel::sharedInstance(ClassRef managerClass) {
 }
 
 bool RadiosModel::isPowered() {
-    return recorder.answer("isPowered", wifiHasPower);
+    return recorder.answer(Operation::isPowered, radios.wifiIsPowered());
 }
 
 bool RadiosModel::wiFiEnabled() {
-    return recorder.answer("wiFiEnabled", wifiIsEnabled);
+    return recorder.answer(Operation::wiFiEnabled, radios.wifiIsEnabled());
 }
 
 void RadiosModel::setWiFiEnabled(bool on) {
-    recorder.call("setWiFiEnabled:", {on});
+    recorder.call(Operation::setWiFiEnabled, {on});
     switchWifi(on);
 }
 
 std::optional<PropertyList> RadiosModel::perform(const char* selector) {
-    recorder.answered(selector, {}, CallValue());
+    if (const auto operation = operationNamed(selector))
+        recorder.answered(*operation, {}, CallValue());
     return std::nullopt;
 }
 
 bool RadiosModel::enabled() {
-    return recorder.answer("enabled", bluetoothIsEnabled);
+    return recorder.answer(Operation::enabled, radios.states().bluetooth);
 }
 
 bool RadiosModel::connected() {
-    return recorder.answer("connected", bluetoothIsConnected);
+    return recorder.answer(Operation::connected, radios.states().bluetoothConnected);
 }
 
 void RadiosModel::setPowered(bool on) {
-    recorder.call("setPowered:", {on});
+    recorder.call(Operation::setPowered, {on});
     switchBluetooth(on);
 }
 
 void RadiosModel::setEnabled(bool on) {
-    recorder.call("setEnabled:", {on});
+    recorder.call(Operation::setEnabled, {on});
     switchBluetooth(on);
 }
 
 bool RadiosModel::locationServicesEnabled() {
-    return recorder.answer("locationServicesEnabled", location);
+    return recorder.answer(Operation::locationServicesEnabled, radios.states().location);
 }
 
 void RadiosModel::setLocationServicesEnabled(bool on) {
-    recorder.call("setLocationServicesEnabled:", {on});
-    location = on;
+    recorder.call(Operation::setLocationServicesEnabled, {on});
+    switchLocation(on);
 }
 
 bool RadiosModel::dataPlanIsEnabled() {
-    return recorder.answer("CTCellularDataPlanGetIsEnabled", cellularData);
+    return recorder.answer(Operation::CTCellularDataPlanGetIsEnabled, radios.states().cellularData);
 }
 
 bool RadiosModel::registrationDataIsEnabled() {
-    return recorder.answer("CTRegistrationGetCellularDataIsEnabled", cellularData);
+    return recorder.answer(Operation::CTRegistrationGetCellularDataIsEnabled,
+                           radios.states().cellularData);
 }
 
 void RadiosModel::setDataPlanIsEnabled(bool on) {
-    recorder.call("CTCellularDataPlanSetIsEnabled", {on});
-    cellularData = on;
+    recorder.call(Operation::CTCellularDataPlanSetIsEnabled, {on});
+    switchCellularData(on);
 }
 
 DataRate RadiosModel::currentMaxAllowedDataRate() {
-    recorder.answered("CTRegistrationGetCurrentMaxAllowedDataRate", {}, maxRate);
-    return rateOf(maxRate);
+    const DataRate rate = radios.states().maxRate;
+    recorder.answered(Operation::CTRegistrationGetCurrentMaxAllowedDataRate, {},
+                      wordOf(dataRateWords, rate));
+    return rate;
 }
 
 bool RadiosModel::setMaxAllowedDataRate(DataRate rate) {
-    maxRate = nameOf(rate);
-    return recorder.answer("CTRegistrationSetMaxAllowedDataRate", {maxRate}, true);
+    chooseMaxRate(rate);
+    return recorder.answer(Operation::CTRegistrationSetMaxAllowedDataRate,
+                           {wordOf(dataRateWords, rate)}, true);
 }
 
 ServerConnectionRef RadiosModel::createServerConnection(ServerConnectionCallback callback) {
-    if (!recorder.answer("_CTServerConnectionCreate", telephonyServerAnswers))
+    if (!recorder.answer(Operation::CTServerConnectionCreate, telephonyServerAnswers))
         return nullptr;
     serverCallback = callback;
     ++openConnections;
@@ -168,66 +141,26 @@ void RadiosModel::releaseConnection(ServerConnectionRef) {
 }
 
 std::vector<DataRate> RadiosModel::supportedDataRates() {
-    recorder.answered("CTRegistrationCopySupportedDataRates", {},
-                      std::span<const std::string>(rates));
-    std::vector<DataRate> supported;
-    for (const auto& rate : rates)
-        supported.push_back(rateOf(rate));
-    return supported;
+    std::vector<std::string> words;
+    for (const DataRate rate : rates)
+        words.emplace_back(wordOf(dataRateWords, rate));
+    recorder.answered(Operation::CTRegistrationCopySupportedDataRates, {},
+                      std::span<const std::string>(words));
+    return rates;
 }
 
 void RadiosModel::setAppValue(const char* key, const PropertyList& value, const char* domain) {
-    // The file of the domain shows the radio itself, so there is nothing to keep.
-    recorder.call("CFPreferencesSetAppValue", {key, &value, domain});
+    // The value is not stored, because the file of the domain reports the radio itself.
+    recorder.call(Operation::CFPreferencesSetAppValue, {key, &value, domain});
 }
 
 void RadiosModel::appSynchronize(const char* domain) {
-    recorder.call("CFPreferencesAppSynchronize", {domain});
-}
-
-RadiosModel::States RadiosModel::states() const {
-    return {airplane,
-            wifiIsEnabled && wifiHasPower,
-            bluetoothIsEnabled,
-            bluetoothIsConnected,
-            cellularData,
-            maxRate,
-            location};
+    recorder.call(Operation::CFPreferencesAppSynchronize, {domain});
 }
 
 void RadiosModel::switchAirplaneMode(bool on) {
     airplaneFlag = on;
-    if (on == airplane)
-        return;
-    airplane = on;
-    if (on) {
-        wifiPowerComesBack = wifiHasPower;
-        bluetoothComesBack = bluetoothIsEnabled;
-        connectionComesBack = bluetoothIsConnected;
-        wifiHasPower = bluetoothIsEnabled = bluetoothIsConnected = false;
-    } else {
-        wifiHasPower |= wifiPowerComesBack;
-        bluetoothIsEnabled |= bluetoothComesBack;
-        bluetoothIsConnected |= connectionComesBack;
-        wifiPowerComesBack = bluetoothComesBack = connectionComesBack = false;
-    }
-}
-
-void RadiosModel::switchWifi(bool on) {
-    wifiIsEnabled = on;
-    if (on)
-        wifiHasPower = true;
-}
-
-void RadiosModel::switchBluetooth(bool on) {
-    bluetoothIsEnabled = on;
-    bluetoothIsConnected = bluetoothIsConnected && on;
-    bluetoothComesBack = connectionComesBack = false;
-}
-
-void RadiosModel::connectBluetooth(bool connect) {
-    bluetoothIsConnected = connect;
-    connectionComesBack = false;
+    radios.switchAirplaneMode(on);
 }
 
 } // namespace noctara

@@ -1,7 +1,7 @@
-/// The radios of the simulated phone, which react to one another: airplane mode takes the power
-/// from Wi-Fi and Bluetooth, and gives it back.
+/// The services of the simulated phone that read and switch its radios.
 #pragma once
 
+#include "phones/model/radio_switches.h"
 #include "phones/model/recorder.h"
 #include "phones/model/scenario.h"
 #include "platform/bluetooth.h"
@@ -11,7 +11,6 @@
 #include "platform/telephony.h"
 #include "platform/wifi.h"
 
-#include <string>
 #include <vector>
 
 namespace noctara {
@@ -63,56 +62,32 @@ public:
     void setAppValue(const char* key, const PropertyList& value, const char* domain) override;
     void appSynchronize(const char* domain) override;
 
-    /// The radios as they stand, for whoever looks at the phone.
-    struct States {
-        bool airplane;
-        bool wifi; ///< Enabled and powered.
-        bool bluetooth;
-        bool bluetoothConnected;
-        bool cellularData;
-        std::string maxRate; ///< "2G", "3G" or "4G".
-        bool location;
+    RadioStates states() const { return radios.states(); }
 
-        friend bool operator==(const States&, const States&) = default;
-    };
-    States states() const;
+    /// Switch radios by hand. These are not calls of the monitor.
+    void switchAirplaneMode(bool on);
+    void switchWifi(bool on) { radios.switchWifi(on); }
+    void switchBluetooth(bool on) { radios.switchBluetooth(on); }
+    void connectBluetooth(bool connect) { radios.connectBluetooth(connect); }
+    void switchCellularData(bool on) { radios.switchCellularData(on); }
+    void chooseMaxRate(DataRate rate) { radios.chooseMaxRate(rate); }
+    void switchLocation(bool on) { radios.switchLocation(on); }
 
-    // A hand on the switches: no calls of the monitor's.
-    void switchAirplaneMode(bool airplane);
-    void switchWifi(bool on);
-    void switchBluetooth(bool on);
-    void connectBluetooth(bool connect);
-    void switchCellularData(bool on) { cellularData = on; }
-    void chooseMaxRate(const std::string& rate) { maxRate = rate; }
-    void switchLocation(bool on) { location = on; }
-
-    std::string call; ///< none, in-call, outgoing, incoming or active.
+    CallState call;
     bool hasTelephonyManager;
     bool telephonyServerAnswers;
 
-    /// Of the latest connection, for the telephony server to call.
+    /// The callback of the latest connection.
     ServerConnectionCallback serverCallback = nullptr;
     int openConnections = 0;
 
 private:
     const Recorder& recorder;
 
-    bool airplane;
-    bool airplaneFlag; ///< What the next `updateAirplaneMode` puts into effect.
-    bool wifiIsEnabled;
-    bool wifiHasPower;
-    bool bluetoothIsEnabled;
-    bool bluetoothIsConnected;
-    bool cellularData;
-    std::string maxRate;
-    std::vector<std::string> rates;
-    bool location;
+    RadioSwitches radios;
+    bool airplaneFlag; ///< The value for the next `updateAirplaneMode`.
+    std::vector<DataRate> rates;
     bool tethering;
-
-    /// What the end of airplane mode brings back; nothing for a radio that was set meanwhile.
-    bool wifiPowerComesBack = false;
-    bool bluetoothComesBack = false;
-    bool connectionComesBack = false;
 };
 
 } // namespace noctara

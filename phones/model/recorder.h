@@ -1,4 +1,5 @@
-/// Tells the observers of a simulated phone what goes on, and knows which thread is at work.
+/// Tells the observers of a simulated phone of calls and events, and stores which thread is
+/// running.
 #pragma once
 
 #include "phones/model/phone_observer.h"
@@ -15,14 +16,14 @@ public:
 
     void add(PhoneObserver& observer) { observers.push_back(&observer); }
 
-    void call(std::string_view operation, std::initializer_list<CallValue> arguments = {}) const {
+    void call(Operation operation, std::initializer_list<CallValue> arguments = {}) const {
         if (!observers.empty())
             tell(operation, arguments, nullptr);
     }
 
-    /// Records a call with its result, and hands the result back.
+    /// Records a call with its result and returns the result.
     template <typename Result>
-    Result answer(std::string_view operation, std::initializer_list<CallValue> arguments,
+    Result answer(Operation operation, std::initializer_list<CallValue> arguments,
                   Result result) const {
         if (!observers.empty()) {
             const CallValue value(result);
@@ -31,26 +32,26 @@ public:
         return result;
     }
     template <typename Result>
-    Result answer(std::string_view operation, Result result) const {
+    Result answer(Operation operation, Result result) const {
         return answer(operation, {}, result);
     }
 
-    /// Records a call whose result needs another form than the one it is handed out in.
-    void answered(std::string_view operation, std::initializer_list<CallValue> arguments,
+    /// Records a call whose result is recorded in another form than it is returned in.
+    void answered(Operation operation, std::initializer_list<CallValue> arguments,
                   const CallValue& result) const {
         if (!observers.empty())
             tell(operation, arguments, &result);
     }
 
-    void happens(std::string_view action, const PropertyList& value) const {
+    void happens(const Event& event) const {
         for (auto* observer : observers)
-            observer->happens({clock.wall(), action, value});
+            observer->happens({clock.wall(), event});
     }
 
-    bool onMainThread = true; ///< Which of the two threads is at work.
+    bool onMainThread = true; ///< Which of the two threads is running.
 
 private:
-    void tell(std::string_view operation, std::span<const CallValue> arguments,
+    void tell(Operation operation, std::span<const CallValue> arguments,
               const CallValue* result) const {
         for (auto* observer : observers)
             observer->called({clock.wall(), onMainThread, operation, arguments, result});

@@ -1,6 +1,7 @@
-/// A night for the simulated phone: what it is, how it stands, and what happens to it.
+/// A night for the simulated phone: the phone, its state at the start, and the events.
 #pragma once
 
+#include "phones/model/event.h"
 #include "platform/property_list.h"
 
 #include <cstdint>
@@ -10,25 +11,9 @@
 
 namespace noctara {
 
-/// Something that happens to the phone at an instant. The actions, and their values:
-///
-/// - posture: a string (screen-down, screen-up, in-hand, in-pocket, moving or none), or an array of
-///   the reals x, y, z in g
-/// - charger, airplane, wifi, bluetooth, bluetooth_connected, cellular_data, location,
-///   telephony_server: a bool
-/// - settings: a dictionary, merged into the settings file and announced
-/// - remove_settings: an array of strings, keys taken out of the settings file; announced
-/// - call: a string (none, in-call, outgoing, incoming or active)
-/// - max_rate: a string (2G, 3G or 4G)
-/// - disk: a string (ok, full or read-only)
-/// - settings_file: a string (missing or damaged)
-/// - power_message: an integer, the message's type
-/// - clock: the date that the wall clock is set to
-/// - button, stop: true
-struct Event {
-    Date at; ///< By a clock that no `clock` event has touched.
-    std::string action;
-    PropertyList value;
+struct ScheduledEvent {
+    Date at; ///< On the monotonic clock, which a ClockChange does not move.
+    Event event;
 };
 
 struct Scenario {
@@ -42,15 +27,16 @@ struct Scenario {
         std::int32_t idiom = 0;
         double corefoundation = 793.0;
         std::vector<std::string> capabilities{"cellular-data", "wifi"};
-        std::vector<std::string> rates{"2G", "3G"};
+        std::vector<DataRate> rates{DataRate::kCTRegistrationDataRate2G,
+                                    DataRate::kCTRegistrationDataRate3G};
         bool telephonyManager = true;
         bool telephonyServer = true;
         bool gestalt = true;
         bool sounds = true;
         bool charger = false;
-        PropertyList posture = "in-hand"; ///< As the value of the event.
+        Posture posture = NamedPosture::InHand;
         bool deviceMotion = false;
-        std::int64_t idleSleep = 0; ///< Seconds; 0: never sleeps.
+        std::int64_t idleSleep = 0; ///< Seconds without activity before idle sleep. 0: never.
     } phone;
 
     struct Radios {
@@ -60,18 +46,18 @@ struct Scenario {
         bool bluetooth = true;
         bool bluetoothConnected = false;
         bool cellularData = true;
-        std::string maxRate = "3G";
+        DataRate maxRate = DataRate::kCTRegistrationDataRate3G;
         bool location = true;
         bool push = true;
         bool tethering = false;
-        std::string call = "none"; ///< As the value of the event.
+        CallState call = CallState::none;
     } radios;
 
-    std::optional<Dictionary> settings; ///< The settings file; absent: there is none yet.
+    std::optional<Dictionary> settings; ///< The settings file. Absent: there is none yet.
 
     struct Application {
         std::string identifier;
-        std::string name; ///< The identifier when the scenario names none.
+        std::string name; ///< The identifier if the scenario gives no name.
         bool running = false;
         bool icon = true;
         bool front = false;
@@ -82,9 +68,9 @@ struct Scenario {
         std::string scheduledBy;
         Date at;
     };
-    std::vector<Wake> wakes; ///< Already in the system's list.
+    std::vector<Wake> wakes; ///< In the system's list at the start.
 
-    std::vector<Event> events; ///< In order of `at`.
+    std::vector<ScheduledEvent> events; ///< In order of `at`.
 };
 
 } // namespace noctara

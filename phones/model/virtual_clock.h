@@ -1,4 +1,4 @@
-/// The simulated phone's time: it moves only when the simulation moves it.
+/// The clocks of the simulated phone. They move only when the simulation moves them.
 #pragma once
 
 #include "platform/property_list.h"
@@ -6,15 +6,15 @@
 namespace noctara {
 
 struct VirtualClock {
-    double elapsedClock = 0; ///< Seconds since 1970 by a clock that is never set.
-    double wallOffset = 0;   ///< What setting the wall clock has added to that.
+    double monotonic = 0;  ///< Seconds since 1970 by the monotonic clock, which is never set.
+    double wallOffset = 0; ///< What setting the wall clock has added to that.
 
-    Date wall() const { return {elapsedClock + wallOffset}; }
+    Date wall() const { return {monotonic + wallOffset}; }
 
-    /// When the wall clock, as it is set now, will read `date`, by the clock that is never set.
-    double whenWallReads(Date date) const { return date.secondsSince1970 - wallOffset; }
+    /// When the wall clock, as it is set now, will read `date`, by the monotonic clock.
+    double monotonicAt(Date date) const { return date.secondsSince1970 - wallOffset; }
 
-    void setWall(Date date) { wallOffset = date.secondsSince1970 - elapsedClock; }
+    void setWall(Date date) { wallOffset = date.secondsSince1970 - monotonic; }
 };
 
 } // namespace noctara

@@ -1,5 +1,4 @@
-/// A thread that never runs at the same time as the one that resumes it: control is handed to and
-/// fro, so that the two are one line of execution with two stacks.
+/// A coroutine on its own thread. It never runs at the same time as the thread that resumes it.
 #pragma once
 
 #include <exception>
@@ -11,21 +10,21 @@ namespace noctara {
 
 class HandedOverThread {
 public:
-    /// The thread runs `body` from the first `resume` on.
+    /// `body` starts at the first `resume`.
     explicit HandedOverThread(std::function<void()> body);
 
-    /// Unwinds the body from where it is parked.
+    /// If the body is parked, unwinds its stack. Then joins the thread.
     ~HandedOverThread();
 
     HandedOverThread(const HandedOverThread&) = delete;
     HandedOverThread& operator=(const HandedOverThread&) = delete;
 
-    /// Lets the body go on until it parks or ends. Rethrows what the body lets escape. Does nothing
-    /// once the body has ended.
+    /// Runs the body until it parks or ends. Rethrows an exception that leaves the body. Does
+    /// nothing once the body has ended.
     void resume();
 
-    /// Called by the body: hands control back until the next `resume`. Does not return, but
-    /// unwinds the body, when the object is being destroyed.
+    /// Called by the body: returns control to the caller of `resume` until the next `resume`.
+    /// Throws, to unwind the body, if the object is being destroyed.
     void park();
 
     bool ended() const { return hasEnded; }

@@ -1,6 +1,7 @@
 #include "phones/simulated/simulated_phone.h"
 
 #include "host/host.h"
+#include "phones/simulated/library_process.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,22 +15,9 @@ constexpr double never = std::numeric_limits<double>::infinity();
 
 class StartedThread final : public Thread {};
 
-/// What the library keeps for the life of its process ends with the process.
-void endProcess() {
-    delete NoctaraInstance;
-    NoctaraInstance = nullptr;
-    orig_SpringBoard_applicationDidFinishLaunching = nullptr;
-    orig_SBUIController_ACPowerChanged = nullptr;
-    root_port = 0;
-    registeredRunLoop = nullptr;
-    cachedMGGetBoolAnswer = nullptr;
-    settingsNotificationToken = 0;
-    processPlatform = nullptr;
-}
-
 } // namespace
 
-/// While it lives, the monitor thread has control.
+/// Gives control to the monitor thread during its lifetime.
 class SimulatedPhone::Handover {
 public:
     explicit Handover(SimulatedPhone& simulatedPhone) : phone(simulatedPhone) { set(true); }
@@ -47,21 +35,37 @@ private:
 };
 
 SimulatedPhone::SimulatedPhone(const Scenario& scenario, std::unique_ptr<FileStore> store) :
-    PhoneModel(scenario, std::move(store)), services{process, process, *this,        *this,  *this,
-                                                     files,   process, power,        power,  power,
-                                                     motion,  process, applications, radios, radios,
-                                                     radios,  radios,  radios,       radios, device,
-                                                     device,  device} {
-    processPlatform = &services;
+    PhoneModel(scenario, std::move(store)),
+    services{
+        .log = &process,
+        .process = &process,
+        .threads = this,
+        .clock = this,
+        .calendar = this,
+        .files = &files,
+        .notifications = &process,
+        .power = &power,
+        .wakes = &power,
+        .charger = &power,
+        .motion = &motion,
+        .sounds = &process,
+        .applications = &applications,
+        .telephony = &radios,
+        .wifi = &radios,
+        .bluetooth = &radios,
+        .location = &radios,
+        .cellular = &radios,
+        .preferences = &radios,
+        .device = &device,
+        .libraries = &device,
+        .capabilities = &device,
+    } {
+    startLibrary(services);
 }
 
 SimulatedPhone::~SimulatedPhone() {
     monitorThread.reset();
-    endProcess();
-}
-
-NoctaraThread* SimulatedPhone::monitor() const {
-    return NoctaraInstance;
+    endLibrary();
 }
 
 void SimulatedPhone::launch() {
@@ -70,9 +74,9 @@ void SimulatedPhone::launch() {
 }
 
 void SimulatedPhone::playUntil(Date date) {
-    playLimit = std::max(date.secondsSince1970, clock.elapsedClock);
-    advance(clock.elapsedClock);
-    if (monitorThread && clock.elapsedClock < playLimit) {
+    playLimit = std::max(date.secondsSince1970, clock.monotonic);
+    advance(clock.monotonic);
+    if (monitorThread && clock.monotonic < playLimit) {
         const Handover handover(*this);
         monitorThread->resume();
     }
@@ -99,35 +103,34 @@ void SimulatedPhone::asMonitorThread(const std::function<void()>& work) {
 }
 
 std::int64_t SimulatedPhone::time() {
-    noteLookAtClock();
+    noteClockRead();
     return static_cast<std::int64_t>(std::floor(clock.wall().secondsSince1970));
 }
 
 void SimulatedPhone::sleep(unsigned seconds) {
-    recorder.call("sleep", {std::int64_t{seconds}});
+    recorder.call(Operation::sleep, {std::int64_t{seconds}});
     if (seconds == 0)
         return;
     noteWait();
-    const double wakeUpAt = clock.elapsedClock + seconds;
-    while (power.isAsleep() || clock.elapsedClock < wakeUpAt) {
-        const double next = power.isAsleep() ? nextDue() : wakeUpAt;
-        if (monitorHasControl && (next >= playLimit || motion.readings >= readingsWanted))
-            monitorThread->park();
-        else if (next < never)
-            advance(next);
-        else
-            return;
-    }
+    const double wakeUpAt = clock.monotonic + seconds;
+    while (!moveToWakeUp(wakeUpAt, limitOfMove()) && monitorHasControl)
+        monitorThread->park();
+}
+
+double SimulatedPhone::limitOfMove() const {
+    if (!monitorHasControl)
+        return never;
+    return motion.readings >= readingsWanted ? -never : playLimit;
 }
 
 std::unique_ptr<Thread> SimulatedPhone::start(const char* name, std::function<void()> body) {
-    recorder.call("NSThread start", {name});
+    recorder.call(Operation::NSThreadStart, {name});
     monitorThread = std::make_unique<HandedOverThread>(std::move(body));
     return std::make_unique<StartedThread>();
 }
 
 void SimulatedPhone::performOnMainThread(const char* selector, const std::function<void()>& work) {
-    recorder.call("performSelectorOnMainThread:withObject:waitUntilDone:", {selector});
+    recorder.call(Operation::performSelectorOnMainThread, {selector});
     const bool caller = std::exchange(recorder.onMainThread, true);
     work();
     recorder.onMainThread = caller;
@@ -138,8 +141,8 @@ void SimulatedPhone::sendACPowerChanged() {
 }
 
 void SimulatedPhone::stopMonitor() {
-    if (auto* running = monitor())
-        running->stop();
+    if (NoctaraInstance)
+        NoctaraInstance->stop();
 }
 
 } // namespace noctara

@@ -1,9 +1,9 @@
-/// The phone with the monitor linked into the same program: it plays a night in milliseconds, the
-/// same way every time.
+/// A phone with the monitor linked into the same program. It plays a night in milliseconds and
+/// deterministically.
 ///
-/// Two threads are at work, main and monitor, but never at once: the monitor runs until it sleeps;
-/// all that is due by the time it wakes up then runs, in order, as the main thread's work. An
-/// instant's events come before the monitor's own work at that instant. Nothing but sleep takes
+/// There are two threads, main and monitor, which never run at the same time. The monitor runs
+/// until it sleeps. Everything that is due until the end of its sleep then runs, in order, as work
+/// of the main thread. Events come before the monitor's work at the same instant. Only sleep takes
 /// time.
 #pragma once
 
@@ -22,33 +22,32 @@ namespace noctara {
 
 class SimulatedPhone final : public PhoneModel, private Clock, private Calendar, private Threads {
 public:
-    /// Only one phone exists at a time: it is the process's platform. Its files are in memory
+    /// Sets the process's platform, so only one phone can exist at a time. The files are in memory
     /// unless another store is given.
     explicit SimulatedPhone(const Scenario& scenario,
                             std::unique_ptr<FileStore> files = makeMemoryFileStore());
 
-    /// Ends the process on the phone, and with it all that the library keeps there.
+    /// Ends the monitor thread and resets the library's process-wide state.
     ~SimulatedPhone() override;
 
-    /// Loads the library into the process; SpringBoard then finishes launching.
+    /// Calls the library's load-time routine. SpringBoard then finishes launching.
     void launch();
 
-    /// Plays on until just before the monitor's work at `date`, by the clock that is never set.
+    /// Plays on until just before the monitor's work at `date`, by the monotonic clock.
     void playUntil(Date date);
-    void playFor(double seconds) { playUntil({clock.elapsedClock + seconds}); }
+    void playFor(double seconds) { playUntil({clock.monotonic + seconds}); }
 
-    /// Plays on until the monitor has taken that many more readings, and drawn its conclusions.
+    /// Plays until the monitor has taken that many more readings and acted on them.
     void playReadings(int count);
 
-    /// Plays the rest of the scenario and ends the monitor thread wherever it waits.
+    /// Plays the rest of the scenario. Ends the monitor thread even if it is in a wait.
     void playToTheEnd();
 
-    /// Runs `work` as the monitor thread would.
+    /// Runs `work` as the monitor thread.
     void asMonitorThread(const std::function<void()>& work);
 
     const Platform& platform() const { return services; }
     Date now() override { return clock.wall(); }
-    NoctaraThread* monitor() const override;
 
 private:
     class Handover;
@@ -61,11 +60,15 @@ private:
     bool isMainThread() override { return recorder.onMainThread; }
     void performOnMainThread(const char* selector, const std::function<void()>& work) override;
 
+    /// The instant before which the clock stays while the monitor waits; minus infinity when it
+    /// does not move at all.
+    double limitOfMove() const;
+
     void sendACPowerChanged() override;
     void stopMonitor() override;
 
     std::unique_ptr<HandedOverThread> monitorThread;
-    bool monitorHasControl = false; ///< Else the caller of the phone's methods has it.
+    bool monitorHasControl = false; ///< False: the caller of the phone's methods has it.
     double playLimit = std::numeric_limits<double>::infinity();
     int readingsWanted = std::numeric_limits<int>::max();
 

@@ -10,19 +10,23 @@ namespace noctara {
 
 namespace {
 
+std::optional<std::string> textIfAny(NSString* string) {
+    return string ? std::optional(textOf(string)) : std::nullopt;
+}
+
 class SpringBoardApplication final : public Application {
 public:
     explicit SpringBoardApplication(SBApplication* ofHost) : application(ofHost) {}
 
-    std::string displayIdentifier() override {
+    std::optional<std::string> displayIdentifier() override {
         @autoreleasepool {
-            return textOf([application displayIdentifier]);
+            return textIfAny([application displayIdentifier]);
         }
     }
 
-    std::string displayName() override {
+    std::optional<std::string> displayName() override {
         @autoreleasepool {
-            return textOf([application displayName]);
+            return textIfAny([application displayName]);
         }
     }
 
@@ -97,9 +101,8 @@ private:
         return iconOf([icons iconForDisplayIdentifier:stringOf(identifier)]);
     }
 
-    /// The same one for the same object of the host's, as long as SpringBoard lives. It holds
-    /// nothing but the object's address, so it cannot outlive what it stands for in any harmful
-    /// way.
+    /// One for each object of SpringBoard's, kept as long as the process runs. It holds only the
+    /// object's address and does not send to it by itself.
     Application* applicationOf(SBApplication* application) {
         if (!application)
             return nullptr;

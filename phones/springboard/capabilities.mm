@@ -18,7 +18,7 @@ public:
     LibraryRef open(const char* path) override { return dlopen(path, lazyBinding); }
 
     FunctionRef find(LibraryRef library, const char* name) override {
-        // A null handle would have every library of the process searched.
+        // With a null handle, dlsym would search every library of the process.
         return library ? dlsym(library, name) : nullptr;
     }
 

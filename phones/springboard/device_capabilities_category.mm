@@ -1,4 +1,4 @@
-/// The capability queries as methods of the device object, for whoever else lives in SpringBoard.
+/// The capability queries as methods of the device object, for other code in SpringBoard.
 #include "phones/springboard/property_list_values.h"
 #include "radios/device_capabilities.h"
 
@@ -15,7 +15,8 @@
 /// The names of the known capabilities that the device has.
 - (NSMutableArray*)capabilityArray;
 
-/// Prints the device's name, and of each known capability whether it has it, on standard output.
+/// Prints on standard output the device's name and, for each known capability, whether the device
+/// has it.
 - (void)scanCapabilities;
 
 @end

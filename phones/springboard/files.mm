@@ -41,7 +41,7 @@ public:
                 return {valueOf(value), {}};
             const std::string reason = error ? textOf([error description]) : "(null)";
 #ifdef __APPLE__
-            // There, whoever asked for the description has to release it.
+            // Apple's Foundation returns a description that the caller has to release.
             [error release];
 #endif
             return {{}, reason};

@@ -1,5 +1,5 @@
-/// What the dynamic loader runs when the library is loaded into a process. Plain C++, and linked
-/// last: the constructor of an Objective-C file can run before the classes of that file exist.
+/// The routine that the dynamic loader runs when it loads the library. It is plain C++ and linked
+/// last, because the constructor of an Objective-C file can run before the file's classes exist.
 #include "host/host.h"
 #include "phones/springboard/services.h"
 
@@ -9,14 +9,29 @@ namespace {
 
 [[gnu::constructor]] void load() {
     static const Platform springBoard{
-        springBoardLog(),           springBoardProcess(),   springBoardThreads(),
-        springBoardClock(),         springBoardCalendar(),  springBoardFiles(),
-        springBoardNotifications(), springBoardPower(),     springBoardWakes(),
-        springBoardCharger(),       springBoardMotion(),    springBoardSounds(),
-        springBoardApplications(),  springBoardTelephony(), springBoardWiFi(),
-        springBoardBluetooth(),     springBoardLocation(),  springBoardCellular(),
-        springBoardPreferences(),   springBoardDevice(),    springBoardLibraries(),
-        springBoardCapabilities()};
+        .log = &springBoardLog(),
+        .process = &springBoardProcess(),
+        .threads = &springBoardThreads(),
+        .clock = &springBoardClock(),
+        .calendar = &springBoardCalendar(),
+        .files = &springBoardFiles(),
+        .notifications = &springBoardNotifications(),
+        .power = &springBoardPower(),
+        .wakes = &springBoardWakes(),
+        .charger = &springBoardCharger(),
+        .motion = &springBoardMotion(),
+        .sounds = &springBoardSounds(),
+        .applications = &springBoardApplications(),
+        .telephony = &springBoardTelephony(),
+        .wifi = &springBoardWiFi(),
+        .bluetooth = &springBoardBluetooth(),
+        .location = &springBoardLocation(),
+        .cellular = &springBoardCellular(),
+        .preferences = &springBoardPreferences(),
+        .device = &springBoardDevice(),
+        .libraries = &springBoardLibraries(),
+        .capabilities = &springBoardCapabilities(),
+    };
     processPlatform = &springBoard;
     NoctaraInitialize();
 }

@@ -1,5 +1,5 @@
 /// Classes of the phone that no public header declares, as far as they are used here. SpringBoard's
-/// own are only ever looked up by name: a declaration gives their methods types and links nothing.
+/// own classes are looked up by name: a declaration types their methods and needs no linking.
 #pragma once
 
 #import <CoreLocation/CoreLocation.h>

@@ -34,7 +34,7 @@ int IOCancelPowerChange(io_connect_t connection, long notification);
 void CPScheduleWakeAtDateWithIdentifier(CFDateRef date, CFStringRef identifier);
 void CPCancelWakeAtDateWithIdentifier(CFDateRef date, CFStringRef identifier);
 
-// CoreTelephony. Rates are told apart by identity.
+// CoreTelephony. Rates are compared by address.
 
 using CTServerConnectionRef = struct CTServerConnection*;
 using CTServerConnectionCallback = void (*)();

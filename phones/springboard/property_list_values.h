@@ -1,4 +1,4 @@
-/// Values on their way between the core and Foundation.
+/// Conversions between the core's values and Foundation's objects.
 #pragma once
 
 #include "platform/property_list.h"
@@ -9,7 +9,7 @@
 
 namespace noctara {
 
-/// What is no UTF-8 is taken for Latin-1. Autoreleased, as are the results of `objectOf`.
+/// Text that is not valid UTF-8 is read as Latin-1. Autoreleased, as are the results of `objectOf`.
 NSString* stringOf(const std::string& text);
 
 /// Empty for nil.

@@ -61,7 +61,7 @@ NSString* stringOf(const std::string& text) {
 }
 
 std::string textOf(NSString* string) {
-    // Half a surrogate pair has no place in UTF-8 and must not raise an exception.
+    // A lossless conversion would fail for half a surrogate pair.
     NSData* utf8 = [string dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
     return utf8 ? std::string(static_cast<const char*>([utf8 bytes]), [utf8 length]) : "";
 }

@@ -1,10 +1,10 @@
-/// The services of the real phone: behind each function stands the adapter of the interface that it
-/// hands out, in the file that is named after that interface.
+/// The services of the real phone. Each function returns the adapter of one interface, which the
+/// file named after the interface defines.
 ///
-/// The adapters are compiled without automatic reference counting. What the monitor thread calls
-/// has an autorelease pool of its own each time, since the thread's pool lasts as long as the
-/// thread; the main thread has its run loop's. Nothing here is ever destroyed: the monitor thread
-/// runs until the process is gone.
+/// The adapters are compiled without automatic reference counting. A method that the monitor thread
+/// calls has an autorelease pool of its own, because the thread's pool is drained only when the
+/// thread ends; on the main thread the run loop drains one. No adapter is ever destroyed, because
+/// the monitor thread runs until the process ends.
 #pragma once
 
 #include "platform/platform.h"

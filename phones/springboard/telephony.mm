@@ -56,7 +56,8 @@ private:
         }
     }
 
-    /// SpringBoard has one, for good. The main thread uses it only while the monitor thread waits.
+    /// SpringBoard keeps the one that it has. The main thread uses it only while the monitor thread
+    /// waits.
     SBTelephonyManager* manager = nil;
 };
 

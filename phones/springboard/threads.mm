@@ -1,5 +1,6 @@
 #include "platform/threads.h"
 
+#include "phones/springboard/noctara_thread.h"
 #include "phones/springboard/services.h"
 
 #import <Foundation/Foundation.h>
@@ -7,29 +8,7 @@
 #include <objc/runtime.h>
 #include <utility>
 
-/// The target of the thread: runs a body once.
-@interface NoctaraThreadBody : NSObject {
-@public
-    std::function<void()>* body;
-}
-@end
-
-@implementation NoctaraThreadBody
-
-- (void)run {
-    @autoreleasepool {
-        (*body)();
-    }
-}
-
-- (void)dealloc {
-    delete body;
-    [super dealloc];
-}
-
-@end
-
-/// The receiver on the main thread: answers to the selector that names the work by doing it.
+/// The receiver on the main thread. Its method for the selector performs the work.
 @interface NoctaraMainThreadWork : NSObject {
 @public
     const std::function<void()>* work;
@@ -60,9 +39,8 @@ class SpringBoardThreads final : public Threads {
 public:
     std::unique_ptr<Thread> start(const char* name, std::function<void()> body) override {
         @autoreleasepool {
-            NoctaraThreadBody* target = [[[NoctaraThreadBody alloc] init] autorelease];
-            target->body = new std::function<void()>(std::move(body));
-            NSThread* thread = [[NSThread alloc] initWithTarget:target
+            NoctaraInstance = [[NoctaraThread alloc] initWithBody:std::move(body)];
+            NSThread* thread = [[NSThread alloc] initWithTarget:NoctaraInstance
                                                        selector:@selector(run)
                                                          object:nil];
             [thread setName:[NSString stringWithUTF8String:name]];
@@ -75,7 +53,7 @@ public:
 
     void performOnMainThread(const char* selectorName, const std::function<void()>& work) override {
         @autoreleasepool {
-            // Under the monitor's own name for it, as a crash report of the phone's would show it.
+            // The selector names the work in a backtrace of the main thread.
             const SEL selector = sel_registerName(selectorName);
             class_addMethod([NoctaraMainThreadWork class], selector, reinterpret_cast<IMP>(doWork),
                             "v@:");

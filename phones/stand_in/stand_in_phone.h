@@ -1,6 +1,5 @@
-/// How the stand-in frameworks reach the phone that they belong to. They keep nothing of the
-/// phone's state: all that they are asked, they ask the one simulated phone behind the host
-/// process.
+/// How the stand-in frameworks reach the phone that they belong to. They keep no state of the
+/// phone: they pass every question on to the simulated phone of the host process.
 #pragma once
 
 #include "phones/model/recorder.h"
@@ -42,24 +41,25 @@ class StandInPhone {
 public:
     virtual ~StandInPhone() = default;
 
-    /// The phone is used by one thread at a time: between these two, by the calling one. They nest.
+    /// One thread at a time uses the phone: the one that has entered and not yet left it. Calls may
+    /// be nested.
     virtual const StandInServices& enter() = 0;
     virtual void leave() = 0;
 
-    /// Has the main run loop do `work`, and returns when it is done. To be called on the main
-    /// thread, by the phone; other threads may use the phone meanwhile.
+    /// Performs `work` in the main run loop and returns when it is done. The phone calls this on
+    /// the main thread. Other threads may use the phone meanwhile.
     virtual void performOnMainRunLoop(const std::function<void()>& work) = 0;
 };
 
-/// The phone of this process. Defined by the host: in a process that is on no phone the symbol has
-/// no address, and the frameworks then answer nothing.
+/// The phone of this process. The host defines the symbol; in a process without a phone its address
+/// is null, and the frameworks return null or zero.
 extern "C" [[gnu::weak, gnu::visibility("default")]] StandInPhone* standInPhone;
 
 inline StandInPhone* phoneOfThisProcess() {
     return &standInPhone ? standInPhone : nullptr;
 }
 
-/// The phone's parts for the length of a call.
+/// The parts of the phone, entered for as long as the object lives.
 class PhoneCall {
 public:
     PhoneCall() : phone(phoneOfThisProcess()), services(phone ? &phone->enter() : nullptr) {}

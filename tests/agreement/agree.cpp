@@ -1,4 +1,6 @@
-/// `scripts/agree`: plays random scenarios on both phones and tells whether they agree.
+/// `scripts/agree`: plays random scenarios on both phones and reports whether the traces agree.
+#include "input/command_line.h"
+#include "input/temporary_folder.h"
 #include "tests/agreement/agreement.h"
 
 #include <CLI/CLI.hpp>
@@ -20,13 +22,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int disagreement = 1;
-constexpr int badInput = 2;
-
-/// More of them tell nothing new.
+/// The number of disagreements after which no more scenarios are played.
 constexpr std::uint64_t mostDisagreements = 5;
 
-/// Every so many plays, a line says how far it has come.
+/// The number of plays after which a line reports the progress.
 constexpr std::uint64_t playsPerReport = 50;
 
 class Agreements {
@@ -41,8 +40,8 @@ public:
         for (auto& thread : threads)
             thread.join();
         report();
-        if (disagreed == 0)
-            fs::remove_all(folder);
+        if (disagreed != 0)
+            temporary.keep();
         return disagreed == 0;
     }
 
@@ -92,7 +91,8 @@ private:
 
     const std::uint64_t count;
     const std::uint64_t firstSeed;
-    const fs::path folder = makePlayFolder();
+    TemporaryFolder temporary{"noctara-agreement"};
+    const fs::path folder = temporary.path;
     std::atomic<std::uint64_t> begun = 0;
     std::atomic<std::uint64_t> disagreed = 0;
 
@@ -122,18 +122,6 @@ int main(int argumentCount, char** arguments) {
         ->check(CLI::Range(std::uint64_t{0}, largestSeed))
         ->capture_default_str();
     app.footer("Exit codes: 0 all agree, 1 some do not, 2 bad input.");
-    try {
-        app.parse(argumentCount, arguments);
-    } catch (const CLI::ParseError& error) {
-        if (error.get_exit_code() == 0)
-            return app.exit(error);
-        std::cerr << "agree: " << error.what() << " (--help tells what there is)\n";
-        return badInput;
-    }
-    try {
-        return Agreements(count, firstSeed).play() ? 0 : disagreement;
-    } catch (const std::exception& error) {
-        std::cerr << "agree: " << error.what() << '\n';
-    }
-    return disagreement;
+    return runCommandLine(app, argumentCount, arguments,
+                          [&] { return Agreements(count, firstSeed).play() ? 0 : foundWrong; });
 }

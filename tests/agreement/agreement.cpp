@@ -21,15 +21,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Far longer than any play takes, even under a sanitizer: a deadlock is an end like any other.
+/// Far longer than any play takes, even under a sanitizer. After it, a play counts as deadlocked.
 const std::string mostSeconds = "300";
 
-/// What counts between the two phones.
+/// The two phones have to make all calls in the same order, across both threads.
 constexpr TraceOrder comparedOrder = TraceOrder::whole;
 
 const std::string sleepStateSentence = "The phone is in the sleep state.";
 
-/// The scenario's file with another ending.
+/// The path of the scenario with another extension.
 fs::path beside(const fs::path& scenario, const std::string& ending) {
     return scenario.parent_path() / (scenario.stem().string() + ending);
 }
@@ -155,13 +155,6 @@ Agreement playBoth(const fs::path& scenario, const Players& players) {
         agreement.difference = wrong + "Played by\n  " + simulated.commandLine() + "\n  " +
                                injected.commandLine() + '\n';
     return agreement;
-}
-
-fs::path makePlayFolder() {
-    std::string pattern = (fs::temp_directory_path() / "noctara-agreement-XXXXXX").string();
-    if (!mkdtemp(pattern.data()))
-        throw std::system_error(errno, std::generic_category(), pattern);
-    return pattern;
 }
 
 fs::path writeRandomScenario(std::uint64_t seed, const fs::path& folder) {

@@ -1,5 +1,5 @@
-/// One scenario, two phones: the simulated one, and the stand-in into which the library is
-/// injected. The monitor has to do the same on both.
+/// Plays a scenario on the simulated phone and on the stand-in phone, which loads the library. The
+/// monitor has to do the same on both.
 #pragma once
 
 #include <cstddef>
@@ -29,9 +29,6 @@ struct Agreement {
 /// Plays the scenario through both, one after the other, and compares the traces. The traces and
 /// what the programs print become files beside the scenario's, with its name; they stay.
 Agreement playBoth(const std::filesystem::path& scenario, const Players& players = {});
-
-/// Makes a folder for the files of plays. Whoever asked for it removes it.
-std::filesystem::path makePlayFolder();
 
 /// Writes the random scenario of this seed into the folder, as a file that is named for it.
 std::filesystem::path writeRandomScenario(std::uint64_t seed, const std::filesystem::path& folder);

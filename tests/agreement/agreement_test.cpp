@@ -1,5 +1,6 @@
-/// The library that is injected into the stand-in phone does what the simulated phone sees it do,
-/// operation by operation and argument by argument, in every ready-made night and in random ones.
+/// The library in the stand-in phone makes the same calls, with the same arguments, as the monitor
+/// of the simulated phone, in every ready-made night and in random nights.
+#include "input/temporary_folder.h"
 #include "tests/agreement/agreement.h"
 
 #include <gmock/gmock.h>
@@ -21,18 +22,19 @@ using testing::HasSubstr;
 
 const fs::path scenarios = fs::path(NOCTARA_SOURCE_DIR) / "scenarios";
 
-/// Enough for every run of the tests; scripts/agree plays as many as one likes.
+/// The number of random nights in a run of the tests; scripts/agree plays any number.
 constexpr std::uint64_t randomScenarios = 24;
 
 class BothPhones : public testing::Test {
 protected:
-    /// The files of a play that did not agree stay.
+    /// Keeps the files of a play in which the phones did not agree.
     ~BothPhones() override {
-        if (!HasFailure())
-            fs::remove_all(folder);
+        if (HasFailure())
+            temporary.keep();
     }
 
-    const fs::path folder = makePlayFolder();
+    TemporaryFolder temporary{"noctara-agreement"};
+    const fs::path folder = temporary.path;
 };
 
 class BothPhonesInAReadyMadeNight : public BothPhones,

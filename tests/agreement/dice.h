@@ -1,5 +1,5 @@
-/// Chances that fall the same way on every machine: the standard library leaves it open how its
-/// distributions use the generator, so the arithmetic is here.
+/// Random numbers that are the same on every machine. The distributions of the standard library are
+/// not used, because their results depend on the implementation.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace noctara {
 
-/// One expression throws it once only: the order within an expression is the compiler's choice.
+/// Use it at most once in an expression, because the order of evaluation is unspecified.
 class Dice {
 public:
     explicit Dice(std::uint64_t seed) : engine(seed) {}

@@ -71,7 +71,7 @@ private:
 
     void wait(double seconds) { now.secondsSince1970 += std::floor(std::max(seconds, 0.0)); }
 
-    /// Often no time at all: then two things happen at one instant.
+    /// Often zero, so that two events happen at one instant.
     void passTimeUpTo(double until) {
         const auto left = static_cast<std::int64_t>(until - now.secondsSince1970);
         if (left > 0 && !dice.chance(20))
@@ -100,8 +100,8 @@ private:
         announce({});
     }
 
-    /// Every announcement makes the monitor read the file anew, so it must not find a scan interval
-    /// below 1 there; nor may a full disk keep that from being put right.
+    /// Every announcement makes the monitor read the file again, so it must not find a scan
+    /// interval below 1 there; nor may a full disk keep that from being put right.
     void announce(std::vector<WrittenSetting> changes) {
         if (settings.scanIntervalIsOdd) {
             happens("disk", "\"ok\"");
@@ -171,8 +171,8 @@ private:
 
     void changeTelephonyServer() { turns("telephony_server", dice.chance(60)); }
 
-    /// For the most part what the system sends: it may sleep, it will, it will not, it has woken
-    /// up.
+    /// Mostly types that the system sends: may it sleep, it will sleep, it will not sleep, it has
+    /// woken up.
     void sendPowerMessage() {
         const char* const known =
             dice.oneOf({"0xE0000270", "0xE0000280", "0xE0000290", "0xE0000300", "0"});
@@ -187,7 +187,7 @@ private:
         happens("clock", localText(parts));
     }
 
-    /// Back at most by two hours, which the monitor then waits out.
+    /// Back by at most two hours, by which a wait of the monitor is then longer.
     double clockJump() {
         const double direction = dice.chance(60) ? 1 : -1;
         const auto kind = dice.between(1, 100);
@@ -205,7 +205,7 @@ private:
             turns("stop", true);
     }
 
-    /// At the last instant, and where nothing happens any more.
+    /// At the last instant and after the end, when events do not happen.
     void atTheEnd() {
         now = {std::max(now.secondsSince1970, night.end.secondsSince1970)};
         pressButton();
@@ -247,7 +247,7 @@ private:
 
     Dice& dice;
     const RandomNight& night;
-    RandomSettings settings; ///< As they are by now.
+    RandomSettings settings; ///< The current settings.
     Date now;                ///< By the clock that no event sets.
     Date before = now;       ///< When something last happened.
     double wallOffset = 0;

@@ -18,7 +18,7 @@ struct ChangeOfClocks {
     int day; ///< Whose small hours the change is in.
 };
 
-/// Forwards and back, in both hemispheres, at midnight and by half an hour.
+/// Changes of the clocks forwards and back, in both hemispheres, at midnight, and by half an hour.
 constexpr std::array changesOfClocks{
     ChangeOfClocks{"Europe/Paris", 2013, 3, 31},
     ChangeOfClocks{"Europe/Paris", 2014, 10, 26},
@@ -51,14 +51,14 @@ std::string truthLine(const std::string& key, bool value) {
     return line(key, value ? "true" : "false");
 }
 
-/// The line with one of the values, or none: then the default counts.
+/// A line with one of the values, or no line, for the default.
 std::string perhaps(Dice& dice, int percent, const std::string& key,
                     std::initializer_list<const char*> values) {
     const bool isThere = dice.chance(percent);
     return isThere ? line(key, dice.oneOf(values)) : "";
 }
 
-/// The same of a boolean, of which `percentTrue` are true.
+/// The same for a boolean that is true in `percentTrue` of 100 cases.
 std::string perhapsTrue(Dice& dice, int percent, const std::string& key, int percentTrue) {
     const bool isThere = dice.chance(percent);
     return isThere ? truthLine(key, dice.chance(percentTrue)) : "";
@@ -75,12 +75,12 @@ struct Period {
     Date end;
 };
 
-/// An existing local time, of two the earlier, as which a scenario file is read.
+/// A local time that exists; of two occurrences the earlier one, as in scenario files.
 Date existing(const TimeZone& zone, const DateComponents& parts) {
     return zone.firstDate(zone.components(zone.date(parts)));
 }
 
-/// Before the change of the clocks, so that the night goes across it.
+/// Before the change of the clocks, so that it happens during the night.
 DateComponents nightOfChange(Dice& dice, const ChangeOfClocks& change) {
     const auto hour = static_cast<std::int32_t>(dice.between(-2, 2));
     const auto minute = static_cast<std::int32_t>(dice.between(0, 59));
@@ -231,7 +231,7 @@ std::string randomApplications(Dice& dice) {
     return text;
 }
 
-/// Of others and of the monitor's own, most of them in the night.
+/// Wake-ups of other programs and of the monitor, most of them during the night.
 std::string randomWakes(Dice& dice, const Period& period) {
     std::string text;
     const auto length =

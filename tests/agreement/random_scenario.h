@@ -1,4 +1,4 @@
-/// Random scenarios, for the nights that nobody thought of.
+/// Random scenarios, for combinations that no other test has.
 #pragma once
 
 #include <cstdint>
@@ -6,9 +6,9 @@
 
 namespace noctara {
 
-/// The text of a scenario file, which is never refused. The same for the same seed, everywhere.
-/// For the most part an hour or so in which the phone goes into the sleep state and comes back
-/// several times; no monitor goes round in it without waiting.
+/// The text of a valid scenario file. The same seed gives the same text on every machine. Most
+/// scenarios last about an hour, in which the phone enters and leaves the sleep state several
+/// times. The monitor always waits between its cycles.
 std::string randomScenario(std::uint64_t seed);
 
 } // namespace noctara

@@ -1,5 +1,5 @@
-/// Random scenarios are good for something: all are played, most go to sleep, and together they
-/// have everything that scenario files and settings may have.
+/// Random scenarios are useful: all can be played, most enter the sleep state, and together they
+/// have all keys of scenario files and settings.
 #include "tests/agreement/random_scenario.h"
 
 #include "host/host.h"
@@ -24,7 +24,7 @@ constexpr std::uint64_t seeds = 300;
 class Switches final : public PhoneObserver {
 public:
     void called(const Call& call) override {
-        if (call.operation == "performSelectorOnMainThread:withObject:waitUntilDone:" &&
+        if (call.operation == Operation::performSelectorOnMainThread &&
             std::get<std::string_view>(call.arguments[0]) == "setStateAirplaneMode")
             ++(NoctaraInstance->currentState ? into : back);
     }
@@ -43,7 +43,7 @@ Switches played(std::uint64_t seed) {
     return switches;
 }
 
-/// What stands as code in the first column of a table about keys.
+/// The code spans in the first column of a row in a table of keys.
 std::set<std::string> keysInTable(const std::string& row) {
     static const std::regex code("`([^`]+)`");
     const std::string firstColumn = row.substr(0, row.find('|', 1));
@@ -62,7 +62,7 @@ std::vector<std::string> linesOf(const std::string& document) {
     return lines;
 }
 
-/// "[phone] charger" and so on; what stands above all tables has no section.
+/// For example "[phone] charger". Keys before the first table have no section.
 std::set<std::string> keysOfScenarios() {
     static const std::regex heading("## (?:`(\\[.*\\])`)?.*");
     std::set<std::string> keys;
@@ -87,7 +87,7 @@ std::set<std::string> keysOfSettings() {
     return keys;
 }
 
-/// As `keysOfScenarios`, of what a scenario has.
+/// The keys of one scenario, in the same form.
 std::set<std::string> keysIn(const std::string& scenario) {
     std::istringstream lines(scenario);
     std::set<std::string> keys;
@@ -107,7 +107,7 @@ TEST(ARandomScenario, is_the_same_for_the_same_seed) {
     }
 }
 
-/// A seed that found something has to find it again on another machine, built by another compiler.
+/// A seed that found an error has to find it again on another machine and with another compiler.
 TEST(ARandomScenario, is_the_same_everywhere) {
     std::uint64_t sum = 14695981039346656037U; // FNV-1a
     for (std::uint64_t seed = 1; seed <= seeds; ++seed)
@@ -136,7 +136,7 @@ TEST(RandomScenarios, have_all_that_scenario_files_may_have) {
     for (std::uint64_t seed = 1; seed <= seeds; ++seed)
         found.merge(keysIn(randomScenario(seed)));
     const auto known = keysOfScenarios();
-    ASSERT_GT(known.size(), 50U) << "docs/scenarios.md has its tables of keys no longer";
+    ASSERT_GT(known.size(), 50U) << "docs/scenarios.md no longer has its tables of keys";
     for (const auto& key : known)
         EXPECT_TRUE(found.contains(key)) << "none has " << key;
 }
@@ -149,13 +149,13 @@ TEST(RandomScenarios, have_all_settings_at_the_start_and_changed_in_the_night) {
         if (scenario.settings)
             for (const auto& [key, value] : *scenario.settings)
                 atTheStart.insert(key);
-        for (const Event& event : scenario.events)
-            if (event.action == "settings")
-                for (const auto& [key, value] : *event.value.as<Dictionary>())
+        for (const auto& [at, event] : scenario.events)
+            if (const auto* change = std::get_if<SettingsChange>(&event))
+                for (const auto& [key, value] : change->changed)
                     changed.insert(key);
     }
     auto known = keysOfSettings();
-    ASSERT_GT(known.size(), 20U) << "docs/settings.md has its tables of keys no longer";
+    ASSERT_GT(known.size(), 20U) << "docs/settings.md no longer has its tables of keys";
     ASSERT_EQ(known.erase("launch-app-IDENTIFIER"), 1U);
     known.merge(std::set<std::string>{"launch-app-", "launch-app-com.apple.mobiletimer",
                                       "launch-app-com.example.notinstalled"});

@@ -13,7 +13,7 @@ const std::vector<std::string> applicationIdentifiers{
 
 namespace {
 
-/// A setting of the monitor's that is a truth, and how often it is on.
+/// A boolean setting, and how often it is on.
 struct Switch {
     std::string_view key;
     int percentOn;
@@ -30,7 +30,7 @@ constexpr std::array switches{
 
 constexpr std::array integers{"ScanInterval", "Sensitivity", "StartHour", "StopHour"};
 
-/// An integer as a settings file may have it: mostly as one, else as a real number or as text.
+/// An integer as a settings file may have it: mostly an integer, sometimes a real number or text.
 std::string integerText(Dice& dice, std::int64_t integer) {
     const std::string digits = std::to_string(integer);
     if (dice.chance(88))
@@ -66,7 +66,7 @@ WrittenSetting randomInteger(Dice& dice, std::string_view key, int hour) {
     return {std::string(key), integerText(dice, value)};
 }
 
-/// An application that is installed, or not, or none at all.
+/// A key for an application that is installed, or is not, or has no identifier.
 WrittenSetting applicationToLaunch(Dice& dice) {
     std::string identifier = dice.oneOf(applicationIdentifiers);
     if (dice.chance(20))
@@ -75,7 +75,7 @@ WrittenSetting applicationToLaunch(Dice& dice) {
     return {"launch-app-" + identifier, truthText(dice, launched)};
 }
 
-/// What a later version of the settings screen, or another program, might have put there.
+/// Keys that a later version of the settings screen or another program might have written.
 WrittenSetting unknownSetting(Dice& dice) {
     return {dice.oneOf({"Version", "LaunchCount", "Neu – \\\"heute\\\""}),
             dice.oneOf({"\"1.2\"", "\"täglich\"", "3.25", "-7", "2014-03-01T12:00:00",
@@ -93,7 +93,7 @@ void set(std::vector<WrittenSetting>& settings, const WrittenSetting& setting) {
         same->value = setting.value;
 }
 
-/// Puts the settings into another order, which is that of the file.
+/// Shuffles the settings; the file has them in this order.
 void shuffle(Dice& dice, std::vector<WrittenSetting>& settings) {
     for (std::size_t left = settings.size(); left > 1; --left)
         std::swap(settings[left - 1], settings[static_cast<std::size_t>(

@@ -1,4 +1,4 @@
-/// Settings for random scenarios, the odd ones included that a settings file may hold.
+/// Settings for random scenarios, with unusual values that a settings file may have.
 #pragma once
 
 #include "tests/agreement/dice.h"
@@ -25,20 +25,20 @@ struct RandomSettings {
 /// close.
 RandomSettings randomSettings(Dice& dice, int hour);
 
-/// A few new values, for the middle of a night. No scan interval is below 1: with one of 0, a
-/// monitor outside of its window would go round without ever waiting.
+/// A few new values, for a change during the night. The scan interval is at least 1: with 0, a
+/// monitor outside its window would loop without ever waiting.
 std::vector<WrittenSetting> randomChanges(Dice& dice, int hour);
 
-/// A few keys, for the most part those of settings.
+/// A few keys, most of them keys of settings.
 std::vector<std::string> randomKeys(Dice& dice);
 
 /// A scan interval of at least 1.
 std::string usualScanInterval(Dice& dice);
 
-/// A truth as a settings file may have it: mostly a boolean, else a number or text.
+/// A boolean as a settings file may have it: mostly a boolean, sometimes a number or text.
 std::string truthText(Dice& dice, bool truth);
 
-/// Of applications that may be installed.
+/// The identifiers of applications that may be installed.
 extern const std::vector<std::string> applicationIdentifiers;
 
 } // namespace noctara

@@ -11,18 +11,18 @@ namespace noctara {
 
 namespace {
 
-/// Its objects are sorted by key: the order of the keys in a dictionary is the phone's own affair,
-/// and nothing may depend on it.
+/// Its objects are sorted by key, because the order of the keys in a dictionary differs between the
+/// phones.
 using Json = nlohmann::json;
 
 constexpr std::size_t linesBefore = 6;
 constexpr std::size_t linesAfter = 3;
 
-/// Log lines that the monitor writes for one key of the settings file after the other, and so in
-/// the order of the phone's dictionary. A run of them is compared as a set.
+/// Log lines that the monitor writes for each key of the settings file, in the order of the phone's
+/// dictionary. Consecutive ones are compared as a set.
 constexpr std::array keyByKey{"This is an app=", "app to monitor : "};
 
-/// A variable that is read, not a call that is made: no stand-in for the system can see it.
+/// The read of a variable, which the stand-in phone cannot record.
 constexpr std::string_view readVariable = "kCFCoreFoundationVersionNumber";
 
 Json parsed(const std::string& text, const std::string& name, std::size_t number) {
@@ -41,7 +41,7 @@ Json parsed(const std::string& text, const std::string& name, std::size_t number
     return line;
 }
 
-/// Which of the runs that are compared as a set the line belongs to; null for none.
+/// The text that marks the line as one of those that are compared as a set; null if it is not.
 const char* runOf(const TraceLine& line) {
     for (const char* text : keyByKey)
         if (line.compared.find(std::string(R"("args":[")") + text) != std::string::npos &&

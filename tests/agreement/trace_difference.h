@@ -1,4 +1,4 @@
-/// Whether two traces tell of the same night: the same calls with the same arguments and results,
+/// Whether two traces describe the same night: the same calls with the same arguments and results,
 /// and the same events, in the same order.
 #pragma once
 
@@ -30,13 +30,13 @@ struct Trace {
     std::map<std::string, std::vector<TraceLine>> order; ///< By thread; or one, of no thread.
 };
 
-/// A line that is not one of a trace; the message names the trace and the line.
+/// A line is not a line of a trace. The message names the trace and the line.
 class BadTrace : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// Throws BadTrace. `name` is what the trace is called in messages.
+/// Throws BadTrace. `name` is the name of the trace in messages.
 Trace readTrace(std::istream& lines, const std::string& name, TraceOrder order);
 
 /// Nothing when the traces, read in the same order, agree. Else some lines of text: for each thread

@@ -1,4 +1,4 @@
-/// When two traces agree and when they do not, and that the text tells where.
+/// Which traces agree, and how a difference is described.
 #include "tests/agreement/trace_difference.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-/// A cycle of the monitor allocates nothing while debug is off; only the phone's answers do.
+/// With debug off, a cycle of the monitor allocates no memory except for the phone's answers.
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "tests/a_night.h"
@@ -32,7 +32,7 @@ namespace noctara {
 
 namespace {
 
-/// Counts while the core is at work, not while the phone is.
+/// Counts the allocations of the core, not those of the phone.
 class PhoneAtWork {
 public:
     PhoneAtWork() : before(std::exchange(counting, false)) {}
@@ -44,7 +44,7 @@ private:
     bool before;
 };
 
-/// The files of a phone. What its answers take to make is the phone's; copying them would not be.
+/// The files of a phone. The allocations of its answers are not counted; copies of them are.
 class CountedFiles final : public Files {
 public:
     explicit CountedFiles(Files& phoneFiles) : files(phoneFiles) {}
@@ -87,7 +87,7 @@ private:
     WakeScheduler& wakes;
 };
 
-/// Time that ends the monitor's loop after so many seconds.
+/// A clock that ends the monitor's loop after a number of seconds.
 class CountedClock final : public Clock {
 public:
     explicit CountedClock(NoctaraThread*& stopped) : monitor(stopped) {}
@@ -118,31 +118,10 @@ std::size_t allocationsInCycles(Scenario scenario, Dictionary settings, int& sch
     CountedWakes wakes(phone.power);
     NoctaraThread* watched = nullptr;
     CountedClock clock(watched);
-    const Platform& whole = phone.platform();
-    const Platform counted{
-        whole.log,
-        whole.process,
-        whole.threads,
-        clock,
-        whole.calendar,
-        files,
-        whole.notifications,
-        whole.power,
-        wakes,
-        whole.charger,
-        whole.motion,
-        whole.sounds,
-        whole.applications,
-        whole.telephony,
-        whole.wifi,
-        whole.bluetooth,
-        whole.location,
-        whole.cellular,
-        whole.preferences,
-        whole.device,
-        whole.libraries,
-        whole.capabilities,
-    };
+    Platform counted = phone.platform();
+    counted.clock = &clock;
+    counted.files = &files;
+    counted.wakes = &wakes;
     NoctaraThread monitor(counted);
     watched = &monitor;
     allocations = 0;
@@ -163,7 +142,7 @@ TEST_F(AQuietNight, costs_the_core_no_allocation) {
 
 TEST_F(AQuietNight, in_the_sleep_state_costs_the_core_no_allocation_either) {
     settings.set("ActiveOnSleep", true);
-    scenario.phone.posture = "screen-down";
+    scenario.phone.posture = NamedPosture::ScreenDown;
     scenario.radios.airplane = true;
     int scheduled = 0;
     EXPECT_EQ(allocationsInCycles(scenario, settings, scheduled), 0U);

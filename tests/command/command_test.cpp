@@ -1,4 +1,4 @@
-/// The command as a user meets it: exit codes, one line for what is wrong, help worth reading.
+/// The command from outside: exit codes, errors of one line, help.
 #include "tests/programs.h"
 
 #include <gmock/gmock.h>

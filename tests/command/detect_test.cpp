@@ -1,4 +1,4 @@
-/// What an owner is told of a recording: the numbers, and the words made of them.
+/// What `noctara detect` prints about a recording: the numbers and the advice.
 #include "command/detect_command.h"
 
 #include <gmock/gmock.h>

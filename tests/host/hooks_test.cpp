@@ -1,4 +1,4 @@
-/// How the library comes to life inside SpringBoard, and stays inert everywhere else.
+/// What the library does when it is loaded into SpringBoard, and that it does nothing elsewhere.
 #include "tests/a_night.h"
 
 #include <new>
@@ -9,7 +9,7 @@ bool memoryIsShort = false;
 
 } // namespace
 
-/// Only the monitor is created this way; without memory there is none.
+/// Only the monitor is created with this operator. It can be made to fail.
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     if (memoryIsShort)
         return nullptr;
@@ -33,7 +33,7 @@ class TheHooks : public ANight {
 protected:
     TheHooks() { current = this; }
 
-    /// An implementation of SpringBoard's own that the test looks into.
+    /// An original method of SpringBoard that records its calls.
     static void ownDidFinishLaunching(ObjectRef self, SelectorRef selector, ObjectRef argument) {
         current->seen = {self, selector, argument};
         current->callsAtOwn = current->calls.lines.size();
@@ -170,7 +170,7 @@ TEST_F(TheHooks, leave_charger_changes_before_the_launch_to_springboard) {
     switchOn();
     NoctaraInitialize();
     calls.clear();
-    phone().happens("charger", true);
+    phone().happens(ChargerChange{true});
     EXPECT_EQ(phone().process.powerChanges, 1);
     EXPECT_THAT(calls.of({"isOnAC", "NSLog"}), IsEmpty());
     phone().process.applicationDidFinishLaunching();
@@ -201,7 +201,7 @@ TEST_F(TheHooks, ask_the_receiver_itself_for_the_charger) {
 TEST_F(TheHooks, tell_the_monitor_and_the_log_that_the_charger_is_plugged_in) {
     begin();
     calls.clear();
-    phone().happens("charger", true);
+    phone().happens(ChargerChange{true});
     EXPECT_THAT(calls.of({"isOnAC", "NSLog"}),
                 ElementsAre("isOnAC -> true", "NSLog [\"Noctara ACPowerChanged to CHARGING\"]"));
     EXPECT_TRUE(monitor().ACState);
@@ -213,7 +213,7 @@ TEST_F(TheHooks, tell_the_monitor_and_the_log_that_the_charger_is_unplugged) {
     begin();
     EXPECT_TRUE(monitor().ACState);
     calls.clear();
-    phone().happens("charger", false);
+    phone().happens(ChargerChange{false});
     EXPECT_THAT(calls.of({"isOnAC", "NSLog"}),
                 ElementsAre("isOnAC -> false", "NSLog [\"Noctara ACPowerChanged to ON BATTERY\"]"));
     EXPECT_FALSE(monitor().ACState);
@@ -223,9 +223,9 @@ TEST_F(TheHooks, pass_charger_changes_on_silently_with_debug_off) {
     begin();
     monitor()._DEBUG_ = false;
     calls.clear();
-    phone().happens("charger", true);
+    phone().happens(ChargerChange{true});
     EXPECT_TRUE(monitor().ACState);
-    phone().happens("charger", false);
+    phone().happens(ChargerChange{false});
     EXPECT_FALSE(monitor().ACState);
     EXPECT_THAT(calls.logged(), IsEmpty());
 }
@@ -233,9 +233,9 @@ TEST_F(TheHooks, pass_charger_changes_on_silently_with_debug_off) {
 TEST_F(TheHooks, mark_an_unplugging_in_the_sleep_state) {
     begin();
     monitor().lastStateWasPlane = true;
-    phone().happens("charger", true);
+    phone().happens(ChargerChange{true});
     EXPECT_FALSE(monitor().continueToMonitorAfterAC);
-    phone().happens("charger", false);
+    phone().happens(ChargerChange{false});
     EXPECT_TRUE(monitor().continueToMonitorAfterAC);
 }
 

@@ -1,4 +1,4 @@
-/// What the system's power messages are answered with.
+/// The answers to the system's power messages.
 #include "tests/a_night.h"
 
 namespace noctara {
@@ -15,7 +15,7 @@ const std::vector<std::string> answers{"IOAllowPowerChange", "IOCancelPowerChang
 
 class ThePowerListener : public ANight {
 protected:
-    /// A monitor that has loaded its settings, and nothing recorded yet.
+    /// A monitor that has loaded its settings, with an empty record.
     void beginQuietly(bool debug = false) {
         settings.set("Debug", debug);
         begin();
@@ -23,9 +23,7 @@ protected:
         calls.clear();
     }
 
-    void hear(std::uint32_t message) {
-        phone().happens("power_message", static_cast<std::int64_t>(message));
-    }
+    void hear(std::uint32_t message) { phone().happens(PowerMessage{message}); }
 
     static void hear(std::uint32_t message, std::intptr_t notification) {
         MySleepCallBack(nullptr, 0, message, reinterpret_cast<void*>(notification));
@@ -130,7 +128,7 @@ TEST_F(ThePowerListener, allows_idle_sleep_without_a_countdown) {
 
 TEST_F(ThePowerListener, refuses_idle_sleep_during_a_countdown) {
     beginQuietly();
-    lies("screen-down");
+    lies(ScreenDown);
     playReadings(1);
     ASSERT_TRUE(monitor().switchingToAirplane);
     hear(kIOMessageCanSystemSleep);
@@ -141,7 +139,7 @@ TEST_F(ThePowerListener, refuses_idle_sleep_during_a_countdown) {
 TEST_F(ThePowerListener, allows_idle_sleep_during_a_countdown_without_sounds) {
     settings.set("PlaySound", false);
     beginQuietly();
-    lies("screen-down");
+    lies(ScreenDown);
     playReadings(2);
     hear(kIOMessageCanSystemSleep);
     EXPECT_THAT(calls.of(answers), ElementsAre("IOAllowPowerChange [4099,1]"));
@@ -149,9 +147,9 @@ TEST_F(ThePowerListener, allows_idle_sleep_during_a_countdown_without_sounds) {
 
 TEST_F(ThePowerListener, refuses_idle_sleep_after_an_abandoned_countdown_too) {
     beginQuietly();
-    lies("screen-down");
+    lies(ScreenDown);
     playReadings(2);
-    lies("in-hand");
+    lies(InHand);
     playReadings(3);
     hear(kIOMessageCanSystemSleep);
     EXPECT_THAT(calls.of(answers), ElementsAre("IOCancelPowerChange [4099,1]"));
@@ -172,7 +170,7 @@ TEST_F(ThePowerListener, allows_a_forced_sleep_without_a_countdown) {
 
 TEST_F(ThePowerListener, allows_a_forced_sleep_even_during_a_countdown) {
     beginQuietly();
-    lies("screen-down");
+    lies(ScreenDown);
     playReadings(1);
     ASSERT_TRUE(monitor().switchingToAirplane);
     hear(kIOMessageSystemWillSleep);
@@ -254,7 +252,7 @@ TEST_F(ThePowerListener, keeps_the_phone_awake_through_a_countdown_and_no_longer
     scenario.phone.idleSleep = 8;
     begin();
     playFor(6.5);
-    lies("screen-down");
+    lies(ScreenDown);
     playFor(5);
     // Asked at second 8, between the first reading of the countdown and the third.
     EXPECT_THAT(calls.of(answers), ElementsAre("IOCancelPowerChange [4099,1]"));

@@ -1,8 +1,8 @@
-/// Files that a user names, and how their words are shown in messages.
+/// Reading of files that a user names, and quotation of their text in messages.
 #include "input/file_reading.h"
 
 #include "input/bad_input.h"
-#include "tests/temporary_folder.h"
+#include "input/temporary_folder.h"
 
 #include <sys/stat.h>
 

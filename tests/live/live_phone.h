@@ -1,6 +1,6 @@
-/// A small phone on real threads and a real clock: a main thread that works off a queue, a monitor
-/// thread, and waits that are a thousandth of what is asked for. What several threads touch is
-/// guarded here, so that a race that is reported is one of the monitor's.
+/// A small phone with real threads and a real clock: a main thread with a queue of work, a monitor
+/// thread, and waits of a thousandth of the requested time. Shared data of the phone is guarded by
+/// a mutex, so that any race that is reported is a race of the monitor.
 #pragma once
 
 #include "platform/applications.h"
@@ -52,8 +52,8 @@ public:
     std::atomic<int> launches = 0;
 
 private:
-    std::string displayIdentifier() override { return "com.example.alarm"; }
-    std::string displayName() override { return "Alarm"; }
+    std::optional<std::string> displayIdentifier() override { return "com.example.alarm"; }
+    std::optional<std::string> displayName() override { return "Alarm"; }
     bool hasProcess() override { return true; }
     void activate() override { ++launches; }
     void resumeToQuit() override {}
@@ -86,13 +86,36 @@ public:
     using Lock = std::lock_guard<std::mutex>;
 
     Platform platform() {
-        return {*this, *this,        *this, *this, *this, *this, *this, *this, *this, *this, *this,
-                *this, applications, *this, *this, *this, *this, *this, *this, *this, *this, *this};
+        return {
+            .log = this,
+            .process = this,
+            .threads = this,
+            .clock = this,
+            .calendar = this,
+            .files = this,
+            .notifications = this,
+            .power = this,
+            .wakes = this,
+            .charger = this,
+            .motion = this,
+            .sounds = this,
+            .applications = &applications,
+            .telephony = this,
+            .wifi = this,
+            .bluetooth = this,
+            .location = this,
+            .cellular = this,
+            .preferences = this,
+            .device = this,
+            .libraries = this,
+            .capabilities = this,
+        };
     }
 
-    // The test's side. The thread that calls `workUntil` is the main thread.
+    // Called by the test. The thread that calls `workUntil` is the main thread.
 
-    /// Runs the main thread's work, and `onMain` after every piece of it, until `done` says so.
+    /// Runs the main thread's work until `done` returns true; calls `onMain` after each piece of
+    /// work.
     template <typename Done, typename OnMain>
     void workUntil(Done done, OnMain onMain) {
         while (!done()) {
@@ -112,7 +135,8 @@ public:
         }
     }
 
-    /// What the settings screen does: writes, and announces on the main thread.
+    /// Writes the settings file and announces the change on the main thread, like the settings
+    /// screen.
     void changeSettings(const Dictionary& settings) {
         changeSettingsQuietly(settings);
         handler();
@@ -142,7 +166,7 @@ public:
     std::atomic<int> cancelled = 0;
     LiveApplications applications;
 
-    // The phone's side.
+    // Called by the monitor.
 
     void write(const std::string& text) override {
         const Lock lock(mutex);

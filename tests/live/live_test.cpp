@@ -1,5 +1,5 @@
-/// The monitor on two real threads: what the simulated phone does one after the other happens at
-/// once here, and a sanitizer watches.
+/// The monitor on two real threads, which run concurrently, unlike those of the simulated phone.
+/// Meant to be run with a sanitizer.
 #include "host/host.h"
 #include "monitor/noctara_thread.h"
 #include "tests/full_settings.h"

@@ -32,7 +32,7 @@ protected:
         calls.clear();
     }
 
-    /// The object that stands for an application on the phone.
+    /// The object that represents an application on the phone.
     Application* object(const std::string& identifier) {
         Application* found = nullptr;
         phone().applications.allApplications([&](Application& application) {

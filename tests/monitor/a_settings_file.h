@@ -1,9 +1,9 @@
-/// The stage of the settings tests: a monitor and its settings file, in memory or on a disk.
+/// The fixture of the settings tests: a monitor and its settings file, in memory or on a disk.
 #pragma once
 
+#include "input/temporary_folder.h"
 #include "phones/model/file_store.h"
 #include "tests/a_night.h"
-#include "tests/temporary_folder.h"
 
 #include <filesystem>
 #include <optional>
@@ -13,7 +13,7 @@ namespace noctara {
 
 enum class Storage { memory, disk };
 
-/// The monitor is there, but has loaded nothing yet.
+/// The monitor exists, but has not loaded the settings.
 class SettingsStage : public AMonitor {
 protected:
     NoctaraThread& makeOn(Storage storage, const std::optional<Dictionary>& content) {
@@ -30,7 +30,7 @@ protected:
                                         : makeMemoryFileStore();
     }
 
-    /// The file on the phone as it is now; absent when it is no dictionary.
+    /// The current file on the phone; absent if it is not a dictionary.
     std::optional<Dictionary> file() {
         const auto content = phone().files.content(settingsFilePath);
         const auto* dictionary = content.value ? content.value->as<Dictionary>() : nullptr;
@@ -41,7 +41,7 @@ protected:
         return folder.path / std::filesystem::path(settingsFilePath).relative_path();
     }
 
-    /// The settings screen announces the file as it stands.
+    /// The settings screen announces the current file.
     void announce() { change({}); }
 
     /// `settings` without some keys.
@@ -72,7 +72,7 @@ protected:
     }
 };
 
-inline std::string nameOf(const testing::TestParamInfo<Storage>& storage) {
+inline std::string storageName(const testing::TestParamInfo<Storage>& storage) {
     return storage.param == Storage::disk ? "on_disk" : "in_memory";
 }
 

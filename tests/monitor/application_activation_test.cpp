@@ -89,6 +89,13 @@ TEST_F(AnApplicationToActivate, is_none_at_all_where_no_object_stands_for_the_ho
     EXPECT_EQ(phone().applications.front(), clockApp);
 }
 
+TEST_F(AnApplicationToActivate, is_none_and_in_front_already_where_nothing_is_in_front_either) {
+    list({});
+    phone().applications.hasHomeScreenObject = false;
+    EXPECT_FALSE(own->activateApplication(nullptr));
+    EXPECT_THAT(actions(), IsEmpty());
+}
+
 TEST_F(AnApplicationToActivate, on_top_is_known_where_the_phone_answers_for_it) {
     installed(clockApp).front = true;
     list({});

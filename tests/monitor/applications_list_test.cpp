@@ -1,4 +1,4 @@
-/// The list of applications to launch, as the settings file gives it, and the lock around it.
+/// The list of applications to launch from the settings file, and the lock that guards it.
 #include "tests/monitor/a_settings_file.h"
 
 #include <future>
@@ -15,7 +15,7 @@ using testing::IsEmpty;
 class TheApplicationsList : public ASettingsFile {};
 
 INSTANTIATE_TEST_SUITE_P(Kept, TheApplicationsList, testing::Values(Storage::memory, Storage::disk),
-                         nameOf);
+                         storageName);
 
 TEST_P(TheApplicationsList, has_those_whose_prefix_matches_and_whose_value_is_true) {
     auto& monitor = holding(with({{"launch-app-X", true},
@@ -38,10 +38,10 @@ TEST_P(TheApplicationsList, has_one_empty_identifier_for_the_bare_prefix) {
 
 TEST_P(TheApplicationsList, is_in_the_order_of_the_file_whatever_stands_between) {
     auto& monitor = holding(Dictionary{{"launch-app-com.zulu", 1}, {"launch-app-no", 0}});
-    phone().happens("settings", with({{"launch-app-com.mike", "YES"},
-                                      {"launch-app-com.alpha", 0.5},
-                                      {"launch-app-nothing", Data{}},
-                                      {"launch-app-no-word", "no"}}));
+    change(with({{"launch-app-com.mike", "YES"},
+                 {"launch-app-com.alpha", 0.5},
+                 {"launch-app-nothing", Data{}},
+                 {"launch-app-no-word", "no"}}));
     EXPECT_THAT(monitor.applicationsToStart, ElementsAre("com.zulu", "com.mike", "com.alpha"));
 }
 
@@ -65,7 +65,7 @@ TEST_P(TheApplicationsList, is_rebuilt_from_nothing_at_each_load) {
     change({{"launch-app-one", false}, {"launch-app-three", true}});
     EXPECT_THAT(monitor.applicationsToStart, ElementsAre("two", "three"));
 
-    phone().happens("remove_settings", Array{"launch-app-two", "launch-app-three"});
+    phone().happens(SettingsRemoval{{"launch-app-two", "launch-app-three"}});
     EXPECT_THAT(monitor.applicationsToStart, IsEmpty());
 }
 
@@ -73,7 +73,7 @@ TEST_P(TheApplicationsList, is_empty_after_the_file_was_made_from_nothing) {
     auto& monitor = holding(with({{"launch-app-one", true}}));
     monitor.reloadPreferences();
     ASSERT_THAT(monitor.applicationsToStart, ElementsAre("one"));
-    phone().happens("settings_file", "missing");
+    phone().happens(SettingsFileChange{SettingsFileFault::missing});
     monitor.reloadPreferences();
     EXPECT_THAT(monitor.applicationsToStart, IsEmpty());
 }
@@ -81,8 +81,8 @@ TEST_P(TheApplicationsList, is_empty_after_the_file_was_made_from_nothing) {
 TEST_P(TheApplicationsList, stays_when_the_file_cannot_be_made) {
     auto& monitor = holding(with({{"launch-app-one", true}}));
     monitor.reloadPreferences();
-    phone().happens("settings_file", "missing");
-    phone().happens("disk", "read-only");
+    phone().happens(SettingsFileChange{SettingsFileFault::missing});
+    phone().happens(DiskChange{DiskState::readOnly});
     monitor.reloadPreferences();
     EXPECT_THAT(monitor.applicationsToStart, ElementsAre("one"));
 }
@@ -91,8 +91,8 @@ TEST_P(TheApplicationsList, stays_when_the_file_cannot_be_made) {
 class Onlooker final : public PhoneObserver {
 public:
     void called(const Call& call) override {
-        std::string text(call.operation);
-        if (call.operation == "NSLog")
+        std::string text(nameOf(call.operation));
+        if (call.operation == Operation::NSLog)
             text = std::get<std::string_view>(call.arguments[0]);
         if (const auto act = onCall)
             act(text);

@@ -1,4 +1,4 @@
-/// Applications that are launched with the sleep state and quit with it.
+/// Applications that are launched when the sleep state begins and quit when it ends.
 #include "tests/monitor/a_phone_with_applications.h"
 
 #include <atomic>
@@ -14,8 +14,8 @@ using testing::IsEmpty;
 /// Does something at every call of one operation.
 class AtACall final : public PhoneObserver {
 public:
-    AtACall(std::string name, std::function<void()> action) :
-        operation(std::move(name)), does(std::move(action)) {}
+    AtACall(Operation awaited, std::function<void()> action) :
+        operation(awaited), does(std::move(action)) {}
 
     void called(const Call& call) override {
         if (call.operation == operation)
@@ -24,7 +24,7 @@ public:
     void happens(const Happening&) override {}
 
 private:
-    std::string operation;
+    Operation operation;
     std::function<void()> does;
 };
 
@@ -189,7 +189,7 @@ TEST_F(ListedApplications, are_left_alone_on_a_phone_without_an_application_cont
 
 TEST_F(ListedApplications, are_no_longer_walked_once_another_one_is_installed_meanwhile) {
     list({mailApp, clockApp, recorderApp});
-    AtACall installer("launch", [this] {
+    AtACall installer(Operation::launch, [this] {
         phone().applications.install({"com.example.new", "New", false, true, false});
     });
     phone().observe(installer);
@@ -200,7 +200,7 @@ TEST_F(ListedApplications, are_no_longer_walked_once_another_one_is_installed_me
 TEST_F(ListedApplications, can_be_walked_by_another_thread_after_a_walk_that_failed) {
     list({mailApp});
     bool installing = true;
-    AtACall installer("launch", [&] {
+    AtACall installer(Operation::launch, [&] {
         if (installing)
             phone().applications.install({"com.example.new", "New", false, true, false});
     });
@@ -221,7 +221,7 @@ TEST_F(ListedApplications, are_not_rebuilt_by_another_thread_during_a_walk) {
     list({clockApp});
     std::thread other;
     std::atomic<bool> reloaded = false;
-    AtACall reload("launch", [&] {
+    AtACall reload(Operation::launch, [&] {
         other = std::thread([&] {
             own->reloadPreferences();
             reloaded = true;
@@ -237,7 +237,8 @@ TEST_F(ListedApplications, are_not_rebuilt_by_another_thread_during_a_walk) {
     EXPECT_THAT(own->applicationsToStart, IsEmpty());
 }
 
-/// A phone with one application, which does something when it is asked for its identifier.
+/// A phone with one application, which does something when it is asked for its identifier. Its
+/// identifier and its name may be absent.
 class CuriousApplication final : public Applications,
                                  public ApplicationController,
                                  public Application {
@@ -248,33 +249,76 @@ public:
     Application* frontMostApplication() override { return nullptr; }
     void allApplications(const std::function<void(Application&)>& visit) override { visit(*this); }
     Application* springBoard() override { return nullptr; }
-    std::string displayIdentifier() override {
-        whenAsked();
-        return "com.example.other";
+    std::optional<std::string> displayIdentifier() override {
+        if (whenAsked)
+            whenAsked();
+        return identifier;
     }
-    std::string displayName() override { return "Curious"; }
+    std::optional<std::string> displayName() override { return name; }
     bool hasProcess() override { return true; }
-    void activate() override {}
+    void activate() override { ++activations; }
     void resumeToQuit() override {}
-    void kill() override {}
+    void kill() override { ++kills; }
 
+    std::optional<std::string> identifier = "com.example.other";
+    std::optional<std::string> name = "Curious";
     std::function<void()> whenAsked;
+    int activations = 0;
+    int kills = 0;
 };
 
 TEST_F(ListedApplications, rebuilt_by_the_walking_thread_itself_end_the_walk) {
     switchOn();
     CuriousApplication application;
-    const Platform& p = phone().platform();
-    own = std::make_unique<NoctaraThread>(
-        Platform{p.log,           p.process,   p.threads,   p.clock,       p.calendar, p.files,
-                 p.notifications, p.power,     p.wakes,     p.charger,     p.motion,   p.sounds,
-                 application,     p.telephony, p.wifi,      p.bluetooth,   p.location, p.cellular,
-                 p.preferences,   p.device,    p.libraries, p.capabilities});
+    Platform altered = phone().platform();
+    altered.applications = &application;
+    own = std::make_unique<NoctaraThread>(altered);
     phone().files.writeByOthers(settingsFilePath, settings);
     own->applicationsToStart = {clockApp, recorderApp};
     application.whenAsked = [this] { own->reloadPreferences(); };
     EXPECT_THROW(own->startStopApplications(true), std::logic_error);
     EXPECT_THAT(own->applicationsToStart, IsEmpty());
+}
+
+class TheOnlyApplication : public APhoneWithApplications {
+protected:
+    void list(std::vector<std::string> identifiers) {
+        switchOn();
+        Platform altered = phone().platform();
+        altered.applications = &application;
+        own = std::make_unique<NoctaraThread>(altered);
+        own->applicationsToStart = std::move(identifiers);
+    }
+
+    CuriousApplication application;
+};
+
+TEST_F(TheOnlyApplication, without_a_name_is_logged_as_null) {
+    application.name = std::nullopt;
+    list({"com.example.other"});
+    own->startStopApplications(true);
+    own->startStopApplications(false);
+    EXPECT_EQ(application.activations, 1);
+    EXPECT_EQ(application.kills, 1);
+    EXPECT_THAT(calls.logged(), ElementsAre("Noctara Launching app displayName=(null)",
+                                            "Noctara Killing app displayName=(null)"));
+}
+
+TEST_F(TheOnlyApplication, without_an_identifier_is_not_even_found_by_an_empty_one) {
+    application.identifier = std::nullopt;
+    list({"", clockApp});
+    own->startStopApplications(true);
+    own->startStopApplications(false);
+    EXPECT_EQ(application.activations, 0);
+    EXPECT_EQ(application.kills, 0);
+    EXPECT_THAT(calls.logged(), IsEmpty());
+}
+
+TEST_F(TheOnlyApplication, with_an_empty_identifier_is_found_by_an_empty_one) {
+    application.identifier = "";
+    list({""});
+    own->startStopApplications(true);
+    EXPECT_EQ(application.activations, 1);
 }
 
 // Over a night.
@@ -293,7 +337,7 @@ TEST_F(ANight, launches_its_applications_and_quits_them_in_the_morning) {
                             R"(activate ["com.example.SleepRecorder"])",
                             "setIsInAirplaneMode: [true]"));
     calls.clear();
-    lies("in-hand");
+    lies(InHand);
     playReadings(3);
     EXPECT_THAT(calls.of({"resumeToQuit", "kill", "setIsInAirplaneMode:"}),
                 ElementsAre(R"(resumeToQuit ["com.apple.mobiletimer"])",

@@ -1,4 +1,4 @@
-/// Sounds and the vibration: how they are played, and when.
+/// When and how sounds and the vibration are played.
 #include "tests/a_night.h"
 
 namespace noctara {
@@ -57,7 +57,7 @@ protected:
     void beginOnTheTable() {
         begin();
         playReadings(1);
-        lies("screen-down");
+        lies(ScreenDown);
         calls.clear();
     }
 
@@ -65,7 +65,7 @@ protected:
         begin();
         playReadings(1);
         fallAsleep();
-        lies("in-hand");
+        lies(InHand);
         calls.clear();
     }
 
@@ -85,7 +85,7 @@ protected:
         playReadings(2);
         fallAsleep();
         playReadings(2);
-        lies("in-hand");
+        lies(InHand);
         playReadings(5);
         return switches();
     }
@@ -104,7 +104,7 @@ TEST_F(Cues, are_registered_before_the_settings_are_read_and_released_in_the_sam
     EXPECT_EQ(monitor().offMP3, 2U);
 
     calls.clear();
-    phone().happens("stop", true);
+    phone().happens(MonitorStop{});
     playFor(60);
     EXPECT_THAT(calls.of({"AudioServicesDisposeSystemSoundID"}),
                 ElementsAre("AudioServicesDisposeSystemSoundID [1]",
@@ -123,7 +123,7 @@ TEST_F(Cues, begin_with_the_warning_sound_at_the_first_positive_reading) {
 class Listener final : public PhoneObserver {
 public:
     void called(const Call& call) override {
-        if (call.operation == "AudioServicesPlaySystemSound")
+        if (call.operation == Operation::AudioServicesPlaySystemSound)
             switching.push_back(NoctaraInstance->switchingToAirplane);
     }
     void happens(const Happening&) override {}
@@ -138,7 +138,7 @@ TEST_F(Cues, warn_only_after_idle_sleep_is_held_back) {
     phone().observe(listener);
     launch();
     playReadings(1);
-    lies("screen-down");
+    lies(ScreenDown);
     playReadings(1);
     EXPECT_THAT(listener.switching, ElementsAre(true));
 }
@@ -214,14 +214,14 @@ TEST_F(Cues, switched_off_are_never_played_and_the_switches_come_at_the_same_mom
 TEST_F(Cues, warn_again_after_an_interrupted_countdown) {
     beginOnTheTable();
     playReadings(2);
-    lies("in-hand");
+    lies(InHand);
     playReadings(1);
     EXPECT_THAT(cues(), ElementsAre(hop, play(monitor().airplaneModeMP3)));
     EXPECT_FALSE(phone().radios.states().airplane);
     EXPECT_TRUE(monitor().switchingToAirplane);
 
     calls.clear();
-    lies("screen-down");
+    lies(ScreenDown);
     playReadings(2);
     EXPECT_THAT(cues(), ElementsAre(hop, play(monitor().airplaneModeMP3)));
 }
@@ -235,7 +235,7 @@ TEST_F(Cues, without_their_sound_files_go_on_with_sound_zero) {
     EXPECT_THAT(cues(), ElementsAre(hop, play(0), hop, play(4095), switchHop,
                                     "setIsInAirplaneMode: [true]"));
     EXPECT_THAT(calls.logged(), IsEmpty());
-    lies("in-hand");
+    lies(InHand);
     calls.clear();
     playReadings(3);
     EXPECT_THAT(cues(), ElementsAre(hop, play(0), hop, play(4095), switchHop,

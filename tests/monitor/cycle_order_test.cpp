@@ -1,5 +1,5 @@
-/// The order of the main loop's steps: every call that a start, a cycle, a change of state and an
-/// end make, with the thread that makes it.
+/// The order of the main loop's steps: every call of a start, a cycle, a change of state and an
+/// end, with its thread.
 #include "tests/a_night.h"
 
 #include <functional>
@@ -16,12 +16,12 @@ using testing::ElementsAreArray;
 class Glances final : public PhoneObserver {
 public:
     void called(const Call& call) override {
-        if (const auto found = at.find(std::string(call.operation)); found != at.end())
+        if (const auto found = at.find(call.operation); found != at.end())
             found->second();
     }
     void happens(const Happening&) override {}
 
-    std::map<std::string, std::function<void()>> at;
+    std::map<Operation, std::function<void()>> at;
 };
 
 using Lines = std::vector<std::string>;
@@ -149,6 +149,31 @@ TEST_F(TheCycle, follows_the_sounds_the_settings_and_the_snapshot_of_the_radios)
     EXPECT_THAT(made(), ElementsAreArray(sounds + loading + snapshot + firstCycle));
 }
 
+TEST_F(TheCycle, follows_these_log_lines_and_no_others) {
+    settings.set("Debug", true);
+    begin();
+    playFor(0.5);
+    auto lines = calls.logged();
+    const auto isSetting = [](const std::string& line) {
+        return line.starts_with("Noctara ") && line.find(" : ", 8) != line.npos &&
+               !line.starts_with("Noctara Chargement");
+    };
+    EXPECT_EQ(std::erase_if(lines, isSetting), 20);
+    EXPECT_THAT(
+        lines,
+        ElementsAre(
+            "Noctara hooked SpringBoard !", "Noctara thread started !",
+            "Noctara IORegisterForSystemPower done", "Noctara : NoctaraThread start",
+            "Noctara Rechargement du fichier de pref !",
+            "Noctara Chargement du fichier de pref : "
+            "/private/var/mobile/Library/Preferences/com.quorbit.Noctara.plist",
+            testing::StartsWith("Noctara Chargement du fichier de pref dans le dictionnaire : {"),
+            "Noctara parsing apps to monitor", "0 apps to monitor", "Noctara : Wifi is ENABLED",
+            "Noctara : BT is ENABLED", "Noctara : Edge (data) is ENABLED",
+            "Noctara : 3G is ENABLED", "Noctara : AirPlaine is disabled",
+            "Noctara : Phone is ENABLED", "Noctara : Location is ENABLED"));
+}
+
 TEST_F(TheCycle, when_nothing_changes_reads_and_waits) {
     beginInHand();
     playFor(12);
@@ -164,7 +189,7 @@ TEST_F(TheCycle, with_debug_on_says_what_it_read_and_that_it_runs) {
                                  Lines{"monitor: NSLog [\"Noctara : Mode normal\"]",
                                        "monitor: NSLog [\"Noctara : Running...\"]"} +
                                  pause));
-    lies("screen-down");
+    lies(ScreenDown);
     playFor(5.5);
     calls.clear();
     playFor(1);
@@ -177,7 +202,7 @@ TEST_F(TheCycle, with_debug_on_says_what_it_read_and_that_it_runs) {
 TEST_F(TheCycle, counting_down_warns_at_the_first_reading_and_switches_at_the_third) {
     beginInHand(true);
     playFor(4); // the wait ends at second 6, still to come
-    lies("screen-down");
+    lies(ScreenDown);
     calls.clear();
     playFor(7);
     EXPECT_THAT(made(), ElementsAreArray(readingScreenDown + cue(1) + pause + readingScreenDown +
@@ -189,7 +214,7 @@ TEST_F(TheCycle, waking_plays_its_sound_then_vibrates_then_switches) {
     beginInHand(true);
     fallAsleep();
     playFor(4.5);
-    lies("in-hand");
+    lies(InHand);
     calls.clear();
     playFor(7);
     EXPECT_THAT(made(),
@@ -229,7 +254,7 @@ TEST_F(TheCycle, renews_the_wake_up_after_its_decision_and_before_its_wait) {
 
 TEST_F(TheCycle, that_finds_the_loop_stopped_is_the_last) {
     beginInHand(true);
-    phone().happens("stop", true);
+    phone().happens(MonitorStop{});
     calls.clear();
     playFor(60);
     EXPECT_THAT(madeAndLogged(),
@@ -242,7 +267,7 @@ TEST_F(TheCycle, that_finds_the_loop_stopped_is_the_last) {
 TEST_F(TheCycle, under_way_when_the_loop_is_stopped_is_finished_first) {
     beginInHand();
     playFor(5); // into the reading that ends at second 7
-    phone().happens("stop", true);
+    phone().happens(MonitorStop{});
     calls.clear();
     playFor(60);
     EXPECT_THAT(made(), ElementsAreArray(Lines(readingInHand.begin() + 3, readingInHand.end()) +
@@ -269,8 +294,8 @@ TEST_F(TheCycle, ends_at_once_when_the_loop_is_stopped_at_a_change_by_hand) {
     settings.set("Debug", true);
     beginWatched();
     playReadings(3);
-    phone().happens("airplane", true);
-    glances.at["isInAirplaneMode"] = [this] { monitor().stop(); };
+    phone().happens(AirplaneModeSwitch{true});
+    glances.at[Operation::isInAirplaneMode] = [this] { monitor().stop(); };
     playFor(4.5);
     calls.clear();
     playFor(60);
@@ -301,8 +326,8 @@ TEST_F(TheCycle, starts_in_the_sleep_state_on_a_phone_in_airplane_mode) {
 
 TEST_F(TheCycle, marks_the_countdown_before_its_sound_and_ends_it_after_the_switch) {
     std::vector<bool> marked, asleep;
-    glances.at["AudioServicesPlaySystemSound"] = glances.at["updateAirplaneMode"] =
-        glances.at["notify_post"] = [&] {
+    glances.at[Operation::AudioServicesPlaySystemSound] =
+        glances.at[Operation::updateAirplaneMode] = glances.at[Operation::notify_post] = [&] {
             marked.push_back(monitor().switchingToAirplane);
             asleep.push_back(monitor().lastStateWasPlane);
         };
@@ -317,21 +342,23 @@ TEST_F(TheCycle, marks_the_countdown_before_its_sound_and_ends_it_after_the_swit
 }
 
 TEST_F(TheCycle, leaves_the_sleep_state_after_the_switch) {
-    std::vector<bool> asleep, goesOnDetecting;
+    std::vector<bool> marked, asleep, goesOnDetecting;
     scenario.phone.charger = true;
     settings.set("EnableOnAC", true);
     beginWatched();
     playReadings(1);
     fallAsleep();
-    phone().happens("charger", false);
-    lies("in-hand");
-    glances.at["AudioServicesPlaySystemSound"] = glances.at["updateAirplaneMode"] =
-        glances.at["notify_post"] = [&] {
+    phone().happens(ChargerChange{false});
+    lies(InHand);
+    glances.at[Operation::AudioServicesPlaySystemSound] =
+        glances.at[Operation::updateAirplaneMode] = glances.at[Operation::notify_post] = [&] {
+            marked.push_back(monitor().switchingToAirplane);
             asleep.push_back(monitor().lastStateWasPlane);
             goesOnDetecting.push_back(monitor().continueToMonitorAfterAC);
         };
     monitor().switchingToAirplane = true;
     playReadings(3);
+    EXPECT_THAT(marked, ElementsAre(true, true, true, true, true));
     EXPECT_THAT(asleep, ElementsAre(true, true, true, true, true));
     EXPECT_THAT(goesOnDetecting, ElementsAre(true, true, true, true, true));
     EXPECT_FALSE(monitor().lastStateWasPlane);

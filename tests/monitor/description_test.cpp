@@ -1,4 +1,4 @@
-/// The text form of values, as it stands in log lines.
+/// The text form of values in log lines.
 #include "monitor/description.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-/// One reading of the accelerometer: what it asks of the phone, what it answers and what it logs.
+/// One reading of the accelerometer: its calls to the phone, its result and its log lines.
 #include "tests/a_night.h"
 
 #include <cmath>
@@ -35,49 +35,49 @@ protected:
 };
 
 TEST_F(AReading, starts_the_sensor_waits_a_second_reads_once_and_stops_it) {
-    lies("screen-down");
+    lies(ScreenDown);
     calls.clear();
-    const double before = phone().clock.elapsedClock;
+    const double before = phone().clock.monotonic;
     EXPECT_TRUE(read());
     EXPECT_THAT(calls.calls(),
                 ElementsAre("startAccelerometerUpdates", "setAccelerometerUpdateInterval: [0.2]",
                             "sleep [1]", "deviceMotion -> null",
                             "accelerometerData -> [0.0,0.0,1.0]", "sleep [0]",
                             "stopAccelerometerUpdates"));
-    EXPECT_EQ(phone().clock.elapsedClock - before, 1);
+    EXPECT_EQ(phone().clock.monotonic - before, 1);
     for (const auto& made : calls.lines)
         EXPECT_EQ(made.thread, "monitor") << made.text;
 }
 
 TEST_F(AReading, takes_the_sample_after_the_second_of_waiting) {
-    lies("in-hand");
-    const double start = phone().clock.elapsedClock;
+    lies(InHand);
+    const double start = phone().clock.monotonic;
     phone().motion.source = [&] {
-        return phone().clock.elapsedClock >= start + 1 ? Acceleration{0, 0, 1} : Acceleration{};
+        return phone().clock.monotonic >= start + 1 ? Acceleration{0, 0, 1} : Acceleration{};
     };
     EXPECT_TRUE(read());
 }
 
 TEST_F(AReading, of_a_phone_with_the_screen_down_depends_on_the_wanted_posture) {
-    lies("screen-down");
+    lies(ScreenDown);
     EXPECT_TRUE(read());
     own->screenDown = false;
     EXPECT_FALSE(read());
 }
 
 TEST_F(AReading, of_a_phone_with_the_screen_up_depends_on_the_wanted_posture) {
-    lies("screen-up");
+    lies(ScreenUp);
     EXPECT_FALSE(read());
     own->screenDown = false;
     EXPECT_TRUE(read());
 }
 
 TEST_F(AReading, of_a_phone_in_the_hand_in_a_pocket_or_moving_is_negative) {
-    for (const char* posture : {"in-hand", "in-pocket", "moving"})
+    for (const NamedPosture posture : {InHand, InPocket, Moving})
         for (const bool screenDown : {true, false}) {
             own->screenDown = screenDown;
             lies(posture);
-            EXPECT_FALSE(read()) << posture;
+            EXPECT_FALSE(read()) << wordOf(postureWords, posture);
         }
 }
 
@@ -99,7 +99,7 @@ TEST_F(AReading, of_the_zero_vector_is_negative) {
 }
 
 TEST_F(AReading, without_a_sample_is_negative_and_logged_as_the_zero_vector) {
-    lies("none");
+    lies(None);
     own->_DEBUG_ = true;
     calls.clear();
     EXPECT_FALSE(read());
@@ -124,11 +124,11 @@ TEST_F(AReading, at_sensitivity_minus_one_is_positive_in_any_posture_at_rest) {
     own->sensitivity = -1;
     for (const bool screenDown : {true, false}) {
         own->screenDown = screenDown;
-        for (const char* posture : {"screen-down", "screen-up", "in-hand", "in-pocket"}) {
+        for (const NamedPosture posture : {ScreenDown, ScreenUp, InHand, InPocket}) {
             lies(posture);
-            EXPECT_TRUE(read()) << posture;
+            EXPECT_TRUE(read()) << wordOf(postureWords, posture);
         }
-        lies("moving");
+        lies(Moving);
         EXPECT_FALSE(read());
     }
 }
@@ -137,11 +137,11 @@ TEST_F(AReading, at_a_sensitivity_below_minus_one_is_never_positive) {
     for (const std::int32_t sensitivity : {-2, -100, std::numeric_limits<std::int32_t>::min(),
                                            std::numeric_limits<std::int32_t>::max()})
         for (const bool screenDown : {true, false})
-            for (const char* posture : {"screen-down", "screen-up"}) {
+            for (const NamedPosture posture : {ScreenDown, ScreenUp}) {
                 own->sensitivity = sensitivity;
                 own->screenDown = screenDown;
                 lies(posture);
-                EXPECT_FALSE(read()) << sensitivity << ' ' << posture;
+                EXPECT_FALSE(read()) << sensitivity << ' ' << wordOf(postureWords, posture);
             }
 }
 
@@ -210,14 +210,21 @@ TEST_F(AReading, logs_the_tolerance_of_each_sensitivity) {
     }
 }
 
-TEST_F(AReading, always_logs_a_difference_of_zero) {
+TEST_F(AReading, of_a_sample_of_any_posture_logs_a_difference_of_zero) {
     own->_DEBUG_ = true;
-    for (const char* posture : {"screen-down", "screen-up", "in-hand", "moving", "none"}) {
+    for (const NamedPosture posture : {ScreenDown, ScreenUp, InHand, Moving, None}) {
         calls.clear();
         lies(posture);
         read();
-        EXPECT_TRUE(calls.hasLogged("Noctara : delta angle = 0.0000")) << posture;
+        EXPECT_TRUE(calls.hasLogged("Noctara : delta angle = 0.0000"))
+            << wordOf(postureWords, posture);
     }
+}
+
+TEST_F(AReading, of_what_is_no_number_logs_the_difference_of_the_limits) {
+    own->_DEBUG_ = true;
+    readAt(std::numeric_limits<double>::quiet_NaN(), 0, 1);
+    EXPECT_TRUE(calls.hasLogged("Noctara : delta angle = 800.0000"));
 }
 
 class AReadingOfDeviceMotion : public AReading {
@@ -235,11 +242,11 @@ protected:
 TEST_F(AReadingOfDeviceMotion, is_always_negative) {
     for (const std::int32_t sensitivity : {0, -1})
         for (const bool screenDown : {true, false})
-            for (const char* posture : {"screen-down", "screen-up", "in-hand"}) {
+            for (const NamedPosture posture : {ScreenDown, ScreenUp, InHand}) {
                 own->sensitivity = sensitivity;
                 own->screenDown = screenDown;
                 lies(posture);
-                EXPECT_FALSE(read()) << posture;
+                EXPECT_FALSE(read()) << wordOf(postureWords, posture);
             }
     EXPECT_THAT(calls.of({"accelerometerData"}), IsEmpty());
 }

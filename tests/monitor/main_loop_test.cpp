@@ -1,5 +1,5 @@
-/// The main loop's decisions: three readings in a row change the state, with their cues, inside the
-/// time window and on the charger where that is asked for.
+/// The main loop's decisions: three readings in a row change the state, with sounds and vibration;
+/// the time window and the charger can prevent readings.
 #include "tests/a_night.h"
 
 namespace noctara {
@@ -93,7 +93,7 @@ TEST_F(TheMainLoop, takes_a_shorter_scan_interval_from_a_later_reload_as_it_is) 
 
 TEST_F(TheMainLoop, goes_to_sleep_with_the_third_reading_in_a_row) {
     beginInHand();
-    lies("screen-down");
+    lies(ScreenDown);
     playReadings(1);
     EXPECT_THAT(calls.of(cuesAndSwitches), ElementsAre(airplaneModeCue));
     EXPECT_TRUE(monitor().switchingToAirplane);
@@ -120,9 +120,9 @@ TEST_F(TheMainLoop, goes_back_to_its_scan_interval_once_the_phone_sleeps) {
 
 TEST_F(TheMainLoop, abandons_a_countdown_at_one_other_reading_but_still_refuses_idle_sleep) {
     beginInHand();
-    lies("screen-down");
+    lies(ScreenDown);
     playReadings(2);
-    lies("in-hand");
+    lies(InHand);
     playReadings(1);
     EXPECT_FALSE(airplane());
     EXPECT_TRUE(monitor().switchingToAirplane);
@@ -130,7 +130,7 @@ TEST_F(TheMainLoop, abandons_a_countdown_at_one_other_reading_but_still_refuses_
     calls.clear();
     playReadings(2);
     EXPECT_THAT(distances(), ElementsAre(6)) << "no countdown any more";
-    lies("screen-down");
+    lies(ScreenDown);
     playReadings(2);
     EXPECT_FALSE(airplane()) << "it counts from the start again";
     EXPECT_THAT(calls.of(cuesAndSwitches), ElementsAre(airplaneModeCue));
@@ -142,7 +142,7 @@ TEST_F(TheMainLoop, abandons_a_countdown_at_one_other_reading_but_still_refuses_
 TEST_F(TheMainLoop, wakes_with_the_third_other_reading_in_a_row) {
     beginInHand();
     fallAsleep();
-    lies("in-hand");
+    lies(InHand);
     calls.clear();
     playReadings(2);
     EXPECT_THAT(calls.of(cuesAndSwitches), IsEmpty());
@@ -157,11 +157,11 @@ TEST_F(TheMainLoop, wakes_with_the_third_other_reading_in_a_row) {
 TEST_F(TheMainLoop, counts_to_waking_from_the_start_after_a_reading_in_the_sleep_position) {
     beginInHand();
     fallAsleep();
-    lies("in-hand");
+    lies(InHand);
     playReadings(1);
-    lies("screen-down");
+    lies(ScreenDown);
     playReadings(1);
-    lies("in-hand");
+    lies(InHand);
     playReadings(2);
     EXPECT_TRUE(airplane());
     playReadings(1);
@@ -171,11 +171,11 @@ TEST_F(TheMainLoop, counts_to_waking_from_the_start_after_a_reading_in_the_sleep
 TEST_F(TheMainLoop, wakes_even_after_two_other_readings_were_in_vain) {
     beginInHand();
     fallAsleep();
-    lies("in-hand");
+    lies(InHand);
     playReadings(2);
-    lies("screen-down");
+    lies(ScreenDown);
     playReadings(1);
-    lies("in-hand");
+    lies(InHand);
     playReadings(2);
     EXPECT_TRUE(airplane());
     playReadings(1);
@@ -185,11 +185,11 @@ TEST_F(TheMainLoop, wakes_even_after_two_other_readings_were_in_vain) {
 TEST_F(TheMainLoop, without_sound_only_vibrates_and_never_refuses_idle_sleep) {
     settings.set("PlaySound", false);
     beginInHand();
-    lies("screen-down");
+    lies(ScreenDown);
     playReadings(2);
     EXPECT_FALSE(monitor().switchingToAirplane);
     playReadings(1);
-    lies("in-hand");
+    lies(InHand);
     playReadings(3);
     EXPECT_THAT(calls.of(cuesAndSwitches),
                 ElementsAre(vibration, intoSleep, vibration, outOfSleep));
@@ -199,7 +199,7 @@ TEST_F(TheMainLoop, without_vibration_only_plays_its_sounds) {
     settings.set("Vibrate", false);
     beginInHand();
     fallAsleep();
-    lies("in-hand");
+    lies(InHand);
     playReadings(3);
     EXPECT_THAT(calls.of(cuesAndSwitches),
                 ElementsAre(airplaneModeCue, intoSleep, offCue, outOfSleep));
@@ -212,7 +212,7 @@ TEST_F(TheMainLoop, hands_the_sound_of_a_missing_file_to_the_player_as_it_is) {
     EXPECT_EQ(monitor().airplaneModeMP3, 0U);
     EXPECT_EQ(monitor().offMP3, 0U);
     fallAsleep();
-    lies("in-hand");
+    lies(InHand);
     playReadings(3);
     EXPECT_THAT(calls.of(cuesAndSwitches),
                 ElementsAre("AudioServicesPlaySystemSound [0]", vibration, intoSleep,
@@ -223,14 +223,14 @@ TEST_F(TheMainLoop, reports_no_failure_of_the_phone_and_goes_on) {
     scenario.phone.telephonyManager = false;
     scenario.phone.telephonyServer = false;
     scenario.phone.sounds = false;
-    scenario.phone.posture = "none";
+    scenario.phone.posture = NamedPosture::None;
     settings.set("ActiveOnSleep", true);
     beginInHand();
-    phone().happens("disk", "full");
+    phone().happens(DiskChange{DiskState::full});
     playReadings(2);
     fallAsleep();
     EXPECT_TRUE(monitor().lastStateWasPlane);
-    lies("none");
+    lies(None);
     playReadings(3);
     EXPECT_FALSE(monitor().lastStateWasPlane);
     EXPECT_THAT(calls.of({"setIsInAirplaneMode:"}), IsEmpty());
@@ -244,10 +244,10 @@ TEST_F(TheMainLoop, writes_nothing_with_debug_off) {
     change({{"StartHour", 3}, {"StopHour", 4}});
     calls.clear(); // of the reload's own lines
     playReadings(2);
-    lies("in-hand");
+    lies(InHand);
     playReadings(3);
     playFor(60);
-    phone().happens("stop", true);
+    phone().happens(MonitorStop{});
     playFor(60);
     EXPECT_EQ(calls.count("AudioServicesDisposeSystemSoundID"), 2U);
     EXPECT_THAT(calls.logged(), IsEmpty());
@@ -275,7 +275,7 @@ TEST_F(TheMainLoop, outside_the_window_takes_no_reading_but_keeps_running_at_its
     settings.set("TimeLimit", true);
     settings.set("StartHour", 3);
     settings.set("StopHour", 4);
-    scenario.phone.posture = "screen-down";
+    scenario.phone.posture = NamedPosture::ScreenDown;
     settings.set("Debug", true);
     begin();
     playFor(0.5);
@@ -296,7 +296,7 @@ TEST_F(TheMainLoop, outside_the_window_still_reads_in_the_sleep_state_so_that_it
     beginInHand(true);
     fallAsleep();
     change({{"TimeLimit", true}, {"StartHour", 3}, {"StopHour", 4}});
-    lies("in-hand");
+    lies(InHand);
     calls.clear();
     playReadings(3);
     EXPECT_FALSE(airplane());
@@ -313,7 +313,7 @@ TEST_F(TheMainLoop, outside_the_window_still_reads_in_the_sleep_state_so_that_it
 
 TEST_F(TheMainLoop, keeps_a_countdown_over_a_closed_window_but_not_its_pace) {
     beginInHand();
-    lies("screen-down");
+    lies(ScreenDown);
     playReadings(2);
     change({{"TimeLimit", true}, {"StartHour", 3}, {"StopHour", 4}, {"Debug", true}});
     playFor(1.5); // the wait of the countdown ends, and the first closed cycle begins
@@ -336,8 +336,8 @@ TEST_F(TheMainLoop, on_battery_takes_no_reading_when_it_is_to_detect_on_the_char
     playFor(30);
     EXPECT_EQ(phone().motion.readings, 0);
     EXPECT_TRUE(calls.hasLogged("Noctara : Running..."));
-    phone().happens("charger", true);
-    lies("screen-down");
+    phone().happens(ChargerChange{true});
+    lies(ScreenDown);
     playReadings(3);
     EXPECT_TRUE(airplane());
 }
@@ -347,19 +347,37 @@ TEST_F(TheMainLoop, unplugged_in_the_sleep_state_reads_on_until_it_has_woken) {
     scenario.phone.charger = true;
     beginInHand();
     fallAsleep();
-    phone().happens("charger", false);
+    phone().happens(ChargerChange{false});
     EXPECT_TRUE(monitor().continueToMonitorAfterAC);
     playReadings(5);
     EXPECT_TRUE(airplane());
     EXPECT_TRUE(monitor().continueToMonitorAfterAC);
-    lies("in-hand");
+    lies(InHand);
     playReadings(3);
     EXPECT_FALSE(airplane());
     EXPECT_FALSE(monitor().continueToMonitorAfterAC);
 
     calls.clear();
-    lies("screen-down");
+    lies(ScreenDown);
     playFor(120);
+    EXPECT_EQ(calls.count("startAccelerometerUpdates"), 0U);
+}
+
+TEST_F(TheMainLoop, asleep_on_battery_does_not_read_when_the_charger_becomes_a_condition) {
+    beginInHand();
+    fallAsleep();
+    change({{"EnableOnAC", true}});
+    calls.clear();
+    playFor(60);
+    EXPECT_EQ(calls.count("startAccelerometerUpdates"), 0U);
+}
+
+TEST_F(TheMainLoop, outside_the_window_in_the_sleep_state_still_asks_for_the_charger) {
+    beginInHand();
+    fallAsleep();
+    change({{"TimeLimit", true}, {"StartHour", 3}, {"StopHour", 4}, {"EnableOnAC", true}});
+    calls.clear();
+    playFor(60);
     EXPECT_EQ(calls.count("startAccelerometerUpdates"), 0U);
 }
 

@@ -1,5 +1,5 @@
-/// Monitoring that is suspended: by the settings, or because airplane mode was changed by hand,
-/// which counts on a phone that was in airplane mode when the monitor started.
+/// Monitoring that is suspended, by the settings or because airplane mode was changed by hand. The
+/// latter applies only to a phone that was in airplane mode when the monitor started.
 #include "tests/a_night.h"
 
 namespace noctara {
@@ -29,7 +29,7 @@ protected:
     std::vector<double> secondsOf(const std::string& text) const {
         std::vector<double> found;
         for (const auto& line : calls.lines)
-            if (line.operation == "NSLog" && line.json["args"][0] == text)
+            if (line.operation == "NSLog" && line.argument(0) == text)
                 found.push_back(line.at);
         for (auto second = found.rbegin(); second != found.rend(); ++second)
             *second -= found.front();
@@ -39,7 +39,7 @@ protected:
 
 TEST_F(Suspended, airplane_mode_by_hand_stops_detection_and_doubles_the_wait) {
     beginAwake();
-    phone().happens("airplane", true);
+    phone().happens(AirplaneModeSwitch{true});
     playFor(40);
     EXPECT_FALSE(monitor().enabled);
     EXPECT_FALSE(calls.hasLogged(runs));
@@ -49,7 +49,7 @@ TEST_F(Suspended, airplane_mode_by_hand_stops_detection_and_doubles_the_wait) {
 
 TEST_F(Suspended, asks_for_airplane_mode_twice_at_first_and_once_a_cycle_from_then_on) {
     beginAwake();
-    phone().happens("airplane", true);
+    phone().happens(AirplaneModeSwitch{true});
     playFor(7);
     EXPECT_EQ(calls.count("isInAirplaneMode"), 2U);
     playFor(10);
@@ -58,10 +58,10 @@ TEST_F(Suspended, asks_for_airplane_mode_twice_at_first_and_once_a_cycle_from_th
 
 TEST_F(Suspended, detection_resumes_in_the_cycle_that_finds_airplane_mode_off_again) {
     beginAwake();
-    phone().happens("airplane", true);
+    phone().happens(AirplaneModeSwitch{true});
     playFor(21);
     ASSERT_FALSE(monitor().enabled);
-    phone().happens("airplane", false);
+    phone().happens(AirplaneModeSwitch{false});
     calls.clear();
     playFor(5);
     EXPECT_TRUE(monitor().enabled);
@@ -77,11 +77,11 @@ TEST_F(Suspended, detection_resumes_in_the_cycle_that_finds_airplane_mode_off_ag
 
 TEST_F(Suspended, airplane_mode_ended_by_hand_is_suspended_and_resumed_within_each_cycle) {
     scenario.radios.airplane = true;
-    scenario.phone.posture = "screen-down";
+    scenario.phone.posture = NamedPosture::ScreenDown;
     settings.set("Debug", true);
     begin();
     playReadings(1);
-    phone().happens("airplane", false);
+    phone().happens(AirplaneModeSwitch{false});
     calls.clear();
     playFor(22);
     EXPECT_TRUE(monitor().enabled);
@@ -91,7 +91,7 @@ TEST_F(Suspended, airplane_mode_ended_by_hand_is_suspended_and_resumed_within_ea
     EXPECT_THAT(secondsOf(suspended), ElementsAre(0, 5, 10, 15)) << "one wait in each";
     EXPECT_EQ(calls.count("isInAirplaneMode"), 8U);
 
-    phone().happens("airplane", true);
+    phone().happens(AirplaneModeSwitch{true});
     calls.clear();
     playFor(6);
     EXPECT_EQ(calls.count("startAccelerometerUpdates"), 1U) << "they agree again";
@@ -100,7 +100,7 @@ TEST_F(Suspended, airplane_mode_ended_by_hand_is_suspended_and_resumed_within_ea
 TEST_F(Suspended, a_change_by_hand_does_not_matter_when_it_is_not_to_be_detected) {
     settings.set("DetectManual", false);
     beginAwake();
-    phone().happens("airplane", true);
+    phone().happens(AirplaneModeSwitch{true});
     playFor(30);
     EXPECT_TRUE(monitor().enabled);
     EXPECT_FALSE(calls.hasLogged(suspended));
@@ -110,7 +110,7 @@ TEST_F(Suspended, a_change_by_hand_does_not_matter_when_it_is_not_to_be_detected
 TEST_F(Suspended, a_change_by_hand_is_not_seen_on_a_phone_that_started_outside_airplane_mode) {
     begin();
     playReadings(1);
-    phone().happens("airplane", true);
+    phone().happens(AirplaneModeSwitch{true});
     playReadings(3);
     EXPECT_TRUE(monitor().enabled);
     EXPECT_EQ(calls.count("isInAirplaneMode"), 0U);
@@ -118,11 +118,11 @@ TEST_F(Suspended, a_change_by_hand_is_not_seen_on_a_phone_that_started_outside_a
 
 TEST_F(Suspended, by_hand_stays_so_while_hand_changes_are_not_to_be_detected) {
     beginAwake();
-    phone().happens("airplane", true);
+    phone().happens(AirplaneModeSwitch{true});
     playFor(21);
     ASSERT_FALSE(monitor().enabled);
     change({{"DetectManual", false}, {"Enabled", false}});
-    phone().happens("airplane", false);
+    phone().happens(AirplaneModeSwitch{false});
     calls.clear();
     playFor(30);
     EXPECT_FALSE(monitor().enabled);
@@ -140,7 +140,7 @@ TEST_F(Suspended, by_the_settings_it_does_not_resume_by_itself) {
     settings.set("Debug", true);
     begin();
     playFor(30);
-    phone().happens("airplane", false);
+    phone().happens(AirplaneModeSwitch{false});
     playFor(30);
     EXPECT_FALSE(monitor().enabled);
     EXPECT_EQ(phone().motion.readings, 0);
@@ -150,10 +150,10 @@ TEST_F(Suspended, by_the_settings_it_does_not_resume_by_itself) {
 
 TEST_F(Suspended, by_hand_and_resumed_it_does_not_resume_by_itself_when_the_settings_suspend_it) {
     beginAwake();
-    phone().happens("airplane", true);
+    phone().happens(AirplaneModeSwitch{true});
     playFor(21);
     ASSERT_FALSE(monitor().enabled);
-    phone().happens("airplane", false);
+    phone().happens(AirplaneModeSwitch{false});
     playFor(10);
     ASSERT_TRUE(monitor().enabled);
     change({{"Enabled", false}});
@@ -163,7 +163,7 @@ TEST_F(Suspended, by_hand_and_resumed_it_does_not_resume_by_itself_when_the_sett
 
 TEST_F(Suspended, by_the_settings_it_keeps_its_count_and_the_first_wait_of_its_pace) {
     begin();
-    lies("screen-down");
+    lies(ScreenDown);
     playReadings(2);
     change({{"Enabled", false}, {"Debug", true}});
     playFor(1.5); // the wait of the countdown ends

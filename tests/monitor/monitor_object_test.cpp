@@ -1,4 +1,4 @@
-/// The monitor object: what it is when it has been created, and what the outside tells it.
+/// The monitor object: its state after construction, and notifications from outside.
 #include "tests/a_night.h"
 
 namespace noctara {
@@ -11,8 +11,8 @@ using testing::IsEmpty;
 /// Looks at the phone at the moment of one operation.
 class Glance final : public PhoneObserver {
 public:
-    Glance(std::string awaited, std::function<void()> look) :
-        operation(std::move(awaited)), glance(std::move(look)) {}
+    Glance(Operation awaited, std::function<void()> look) :
+        operation(awaited), glance(std::move(look)) {}
 
     void called(const Call& call) override {
         if (call.operation == operation)
@@ -21,7 +21,7 @@ public:
     void happens(const Happening&) override {}
 
 private:
-    std::string operation;
+    Operation operation;
     std::function<void()> glance;
 };
 
@@ -73,32 +73,6 @@ TEST_F(AMonitorObject, starts_with_all_other_settings_off) {
     EXPECT_THAT(fresh.applicationsToStart, IsEmpty());
 }
 
-TEST_F(AMonitorObject, starts_outside_the_sleep_state_with_no_radio_remembered) {
-    const auto& fresh = makeFresh();
-    EXPECT_FALSE(fresh.lastStateWasPlane);
-    EXPECT_FALSE(fresh.currentState);
-    EXPECT_FALSE(fresh.switchingToAirplane);
-    EXPECT_FALSE(fresh.continueToMonitorAfterAC);
-    EXPECT_FALSE(fresh.defaultWifi);
-    EXPECT_FALSE(fresh.defaultBT);
-    EXPECT_FALSE(fresh.defaultEdge);
-    EXPECT_FALSE(fresh.default3G);
-    EXPECT_FALSE(fresh.defaultLocation);
-    EXPECT_FALSE(fresh.defaultAirplane);
-    EXPECT_FALSE(fresh.recurseSafety);
-    EXPECT_FALSE(fresh.eventOccurred);
-}
-
-TEST_F(AMonitorObject, starts_without_thread_sounds_or_sensor_but_with_the_radios) {
-    const auto& fresh = makeFresh();
-    EXPECT_EQ(fresh.thread, nullptr);
-    EXPECT_EQ(fresh.motionManager, nullptr);
-    EXPECT_NE(fresh.radiosLib, nullptr);
-    EXPECT_EQ(fresh.airplaneModeMP3, 0U);
-    EXPECT_EQ(fresh.offMP3, 0U);
-    EXPECT_EQ(fresh.currentSoundId, 0U);
-}
-
 TEST_F(AMonitorObject, reads_the_charger_then_looks_at_the_radio_then_listens_for_settings) {
     scenario.phone.charger = true;
     const auto& fresh = makeFresh();
@@ -124,8 +98,10 @@ TEST_F(AMonitorObject, keeps_the_token_of_its_registration) {
 
 TEST_F(AMonitorObject, takes_a_4g_phone_down_to_2g) {
     scenario.phone.machine = "iPhone5,1";
-    scenario.phone.rates = {"2G", "3G", "4G"};
-    scenario.radios.maxRate = "4G";
+    scenario.phone.rates = {DataRate::kCTRegistrationDataRate2G,
+                            DataRate::kCTRegistrationDataRate3G,
+                            DataRate::kCTRegistrationDataRate4G};
+    scenario.radios.maxRate = DataRate::kCTRegistrationDataRate4G;
     auto& fresh = makeFresh();
     fresh.radiosLib->set3GEnabled(false);
     EXPECT_THAT(calls.of({"CTRegistrationSetMaxAllowedDataRate"}),
@@ -238,7 +214,7 @@ TEST_F(AMonitorObject, notes_a_settings_change_as_an_event_before_it_reloads_on_
     scenario.settings = settings;
     switchOn();
     bool noted = false;
-    Glance glance("fileExistsAtPath:", [&] { noted = own->eventOccurred; });
+    Glance glance(Operation::fileExistsAtPath, [&] { noted = own->eventOccurred; });
     phone().observe(glance);
     own = std::make_unique<NoctaraThread>(phone().platform());
     calls.clear();

@@ -1,4 +1,4 @@
-/// Tilt, tolerance, and when they count as lying still.
+/// Tilt, tolerance, and which readings count as lying still.
 #include "monitor/posture.h"
 
 #include <cmath>

@@ -1,5 +1,5 @@
-/// The snapshot of the radios that the monitor takes at its start, and what it knows of airplane
-/// mode from then on.
+/// The snapshot of the radios that the monitor takes at its start, and its later knowledge of
+/// airplane mode.
 #include "tests/a_night.h"
 
 #include <array>
@@ -43,7 +43,7 @@ protected:
         scenario.radios.airplane = true;
         scenario.radios.wifi = scenario.radios.bluetooth = scenario.radios.cellularData = false;
         scenario.radios.location = false;
-        scenario.radios.maxRate = "2G";
+        scenario.radios.maxRate = DataRate::kCTRegistrationDataRate2G;
         make();
     }
 };
@@ -124,6 +124,22 @@ TEST_F(ARadioSnapshot, reads_a_missing_key_as_off) {
 }
 
 TEST_F(ARadioSnapshot, reads_a_missing_file_as_off) {
+    make();
+    const Recorder nobody(phone().clock);
+    FilesModel none(makeMemoryFileStore(), nobody);
+    Platform altered = phone().platform();
+    altered.files = &none;
+    own = std::make_unique<NoctaraThread>(altered);
+    remember(true);
+    own->defaultAirplane = true;
+    own->currentState = true;
+    EXPECT_FALSE(take());
+    EXPECT_FALSE(own->defaultWifi || own->defaultBT || own->defaultLocation);
+    EXPECT_FALSE(own->defaultAirplane || own->currentState);
+    own.reset();
+}
+
+TEST_F(ARadioSnapshot, reads_a_damaged_file_as_off) {
     scenario.radios.airplane = true;
     make();
     remember(true);
@@ -170,7 +186,7 @@ TEST_F(ARadioSnapshot, is_taken_without_a_word_with_debug_off) {
 TEST_F(ARadioSnapshot, without_airplane_mode_trusts_the_monitor_and_not_the_phone) {
     make();
     take();
-    phone().happens("airplane", true);
+    phone().happens(AirplaneModeSwitch{true});
     calls.clear();
     EXPECT_FALSE(own->isAirplaneModeActive());
     own->lastStateWasPlane = true;
@@ -190,7 +206,7 @@ TEST_F(ARadioSnapshot, with_airplane_mode_asks_the_phone_and_not_the_monitor) {
                             "sharedTelephonyManager -> true", "isInAirplaneMode -> true"));
     EXPECT_THAT(calls.logged(), ElementsAre("Noctara : airPlaneMode : ENABLED"));
 
-    phone().happens("airplane", false);
+    phone().happens(AirplaneModeSwitch{false});
     own->lastStateWasPlane = true;
     calls.clear();
     EXPECT_FALSE(own->isAirplaneModeActive());
@@ -240,10 +256,10 @@ TEST_F(AMonitor, hands_location_and_bluetooth_on_to_its_radio_controller) {
 TEST_F(AMonitor, has_3G_as_its_radio_controller_says_and_cellular_data_always) {
     make();
     EXPECT_TRUE(own->is3GEnabled());
-    phone().happens("max_rate", "2G");
+    phone().happens(MaxRateChange{DataRate::kCTRegistrationDataRate2G});
     EXPECT_FALSE(own->is3GEnabled());
     EXPECT_TRUE(own->hasCellularData());
-    phone().happens("cellular_data", false);
+    phone().happens(CellularDataSwitch{false});
     EXPECT_TRUE(own->hasCellularData());
 }
 
@@ -253,7 +269,7 @@ TEST_F(ANight, begins_in_the_sleep_state_when_the_start_finds_airplane_mode) {
     playFor(1);
     EXPECT_TRUE(monitor().lastStateWasPlane);
     EXPECT_TRUE(monitor().defaultAirplane);
-    lies("in-hand");
+    lies(InHand);
     playReadings(4);
     EXPECT_FALSE(phone().radios.states().airplane);
 }

@@ -1,5 +1,5 @@
-/// What a night does to Wi-Fi, Bluetooth and location services, each by its own switch and the
-/// phone's.
+/// What happens to Wi-Fi, Bluetooth and location services in a night, with their own switches and
+/// with PhoneSwitch.
 #include "tests/a_night.h"
 
 namespace noctara {
@@ -9,15 +9,22 @@ struct Radio {
     const char* name;
     SharedField<bool> NoctaraThread::*ownSwitch;
     bool Scenario::Radios::*before;
-    bool RadiosModel::States::*state;
+    bool RadioStates::*state;
+    Event (*byHand)(bool on);
 };
 
+template <typename Switch>
+Event switchedByHand(bool on) {
+    return Switch{on};
+}
+
 constexpr Radio radios[] = {
-    {"wifi", &NoctaraThread::wifiSwitch, &Scenario::Radios::wifi, &RadiosModel::States::wifi},
+    {"wifi", &NoctaraThread::wifiSwitch, &Scenario::Radios::wifi, &RadioStates::wifi,
+     switchedByHand<WifiSwitch>},
     {"bluetooth", &NoctaraThread::bluetoothSwitch, &Scenario::Radios::bluetooth,
-     &RadiosModel::States::bluetooth},
+     &RadioStates::bluetooth, switchedByHand<BluetoothSwitch>},
     {"location", &NoctaraThread::locationSwitch, &Scenario::Radios::location,
-     &RadiosModel::States::location},
+     &RadioStates::location, switchedByHand<LocationSwitch>},
 };
 
 class ARadio : public AMonitor, public testing::WithParamInterface<Radio> {
@@ -36,7 +43,7 @@ protected:
     }
     void night() { set(true); }
     void morning() { set(false); }
-    void byHand(bool on) { phone().happens(GetParam().name, on); }
+    void byHand(bool on) { phone().happens(GetParam().byHand(on)); }
 
     bool isOn() { return phone().radios.states().*GetParam().state; }
     bool airplane() { return phone().radios.states().airplane; }

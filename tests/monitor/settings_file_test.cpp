@@ -1,7 +1,8 @@
-/// The settings file: its creation, the filling in of missing keys, and what can go wrong.
+/// The settings file: creation, missing keys, and errors.
 #include "tests/monitor/a_settings_file.h"
 
 #include <fstream>
+#include <nlohmann/json.hpp>
 
 namespace noctara {
 namespace {
@@ -15,7 +16,7 @@ using testing::Not;
 using testing::StartsWith;
 
 INSTANTIATE_TEST_SUITE_P(Kept, ASettingsFile, testing::Values(Storage::memory, Storage::disk),
-                         nameOf);
+                         storageName);
 
 const std::vector<const char*> keysInOrder{
     "Enabled",     "ScanInterval", "ScreenDown",     "ActiveOnSleep",  "DetectManual",
@@ -50,8 +51,8 @@ std::vector<std::string> stepsOf(const CallLog& calls) {
     for (const auto& made : calls.lines) {
         if (made.operation.empty() || made.operation == "NSLog")
             continue;
-        EXPECT_EQ(made.json["args"][0], settingsFilePath);
-        const auto& result = made.json["result"];
+        EXPECT_EQ(made.argument(0), settingsFilePath);
+        const auto result = made.parsed()["result"];
         steps.push_back(made.operation +
                         (result.is_object() ? " -> dictionary" : " -> " + result.dump()));
     }
@@ -83,10 +84,12 @@ TEST_P(ASettingsFile, made_from_nothing_first_holds_twenty_values_of_which_four_
     holding(std::nullopt).reloadPreferences();
     Dictionary written;
     for (const auto& made : calls.lines)
-        if (made.operation == "initWithContentsOfFile:" && written.empty())
-            for (const auto& [key, value] : made.json["result"].items())
+        if (made.operation == "initWithContentsOfFile:" && written.empty()) {
+            const auto json = made.parsed();
+            for (const auto& [key, value] : json["result"].items())
                 written.set(key, value.is_boolean() ? PropertyList(value.get<bool>())
                                                     : PropertyList(value.get<std::int64_t>()));
+        }
     expectSame(written, newFile);
 }
 
@@ -133,12 +136,12 @@ TEST_P(ASettingsFile, not_there_yet_is_reported_while_debug_is_on) {
 }
 
 TEST_P(ASettingsFile, that_cannot_be_created_leaves_all_as_it_was_until_the_next_load) {
-    for (const char* fault : {"full", "read-only"}) {
+    for (const DiskState fault : {DiskState::full, DiskState::readOnly}) {
         auto& monitor = holding(std::nullopt);
         monitor.applicationsToStart = {"kept"};
         monitor.startTime = 3;
         monitor._DEBUG_ = false;
-        phone().happens("disk", fault);
+        phone().happens(DiskChange{fault});
         monitor.reloadPreferences();
         EXPECT_THAT(stepsOf(calls),
                     ElementsAre("fileExistsAtPath: -> false", "writeToFile:atomically: -> false"));
@@ -149,7 +152,7 @@ TEST_P(ASettingsFile, that_cannot_be_created_leaves_all_as_it_was_until_the_next
         EXPECT_FALSE(monitor.recurseSafety);
         EXPECT_FALSE(file());
 
-        phone().happens("disk", "ok");
+        phone().happens(DiskChange{DiskState::ok});
         announce();
         EXPECT_TRUE(file());
         EXPECT_TRUE(monitor.enabled);
@@ -165,7 +168,7 @@ public:
         phone(observed), monitor(observing) {}
 
     void called(const Call& call) override {
-        if (call.operation != "writeToFile:atomically:")
+        if (call.operation != Operation::writeToFileAtomically)
             return;
         phone.files.remove(settingsFilePath);
         guarded.push_back(monitor.recurseSafety);
@@ -207,8 +210,9 @@ TEST_P(ASettingsFile, without_a_key_gets_it_at_the_cost_of_one_reading_and_one_w
     std::vector<std::string> last;
     for (const auto& made : calls.lines)
         if (made.operation == "writeToFile:atomically:") {
-            sizes.push_back(made.json["args"][1].size());
-            last.push_back((--made.json["args"][1].end()).key());
+            const auto json = made.parsed();
+            sizes.push_back(json["args"][1].size());
+            last.push_back((--json["args"][1].end()).key());
         }
     EXPECT_THAT(sizes, ElementsAre(19, 20, 21));
     EXPECT_THAT(last, ElementsAre("ScreenDown", "StartHour", "Debug"));
@@ -258,7 +262,7 @@ TEST_P(ASettingsFile, keeps_what_else_is_in_it_when_a_key_is_filled_in) {
 TEST_P(ASettingsFile, that_cannot_be_completed_stays_and_the_failure_is_logged) {
     auto& monitor = holding(without({"PlaySound", "Sensitivity"}));
     monitor._DEBUG_ = false;
-    phone().happens("disk", "full");
+    phone().happens(DiskChange{DiskState::full});
     monitor.reloadPreferences();
     EXPECT_THAT(calls.logged(),
                 ElementsAre("0 apps to monitor", settingsFileNotCreated, settingsFileNotCreated));
@@ -273,7 +277,7 @@ TEST_P(ASettingsFile, that_is_damaged_is_never_overwritten_and_changes_no_settin
     auto& monitor = holding(with({{"StartHour", 20}, {"launch-app-one", true}}));
     monitor.reloadPreferences();
     ASSERT_THAT(monitor.applicationsToStart, ElementsAre("one"));
-    phone().happens("settings_file", "damaged");
+    phone().happens(SettingsFileChange{SettingsFileFault::damaged});
     calls.clear();
     monitor.reloadPreferences();
 

@@ -1,4 +1,4 @@
-/// Settings files that other programs write, and whether they can read the monitor's.
+/// The monitor reads settings files of other programs, and they can read the monitor's.
 #include "tests/monitor/a_settings_file.h"
 
 #include <cstdlib>

@@ -1,4 +1,4 @@
-/// Taking the settings over from the file: each setting's key, conversion, default and log line.
+/// Loading of the settings: each setting's key, conversion, default and log line.
 #include "tests/monitor/a_settings_file.h"
 
 #include <limits>
@@ -105,7 +105,7 @@ TEST_P(EachSetting, missing_later_keeps_its_value_until_the_load_after_its_defau
     monitor.reloadPreferences();
     calls.clear();
 
-    phone().happens("remove_settings", Array{setting.key});
+    phone().happens(SettingsRemoval{{setting.key}});
     EXPECT_EQ(setting.member(monitor), setting.taken);
     EXPECT_THAT(calls.logged(), Contains(line(setting.key, setting.taken)).Times(1));
     EXPECT_EQ(*file()->find(setting.key), PropertyList(setting.filledIn));
@@ -283,8 +283,7 @@ protected:
     std::vector<CallLog::Line> reads() const {
         std::vector<CallLog::Line> found;
         for (const auto& made : calls.lines)
-            if (made.operation == "initWithContentsOfFile:" &&
-                made.json["args"][0] == settingsFilePath)
+            if (made.operation == "initWithContentsOfFile:" && made.argument(0) == settingsFilePath)
                 found.push_back(made);
         return found;
     }
@@ -311,14 +310,14 @@ TEST_F(SettingsDuringANight, do_not_cut_a_pause_short) {
     settings.set("ScanInterval", 12);
     begin();
     playReadings(1);
-    const double first = phone().clock.elapsedClock;
+    const double first = phone().clock.monotonic;
     playFor(10);
     change({{"ScanInterval", 1}});
     playReadings(1);
-    EXPECT_GE(phone().clock.elapsedClock - first, 60);
-    const double second = phone().clock.elapsedClock;
+    EXPECT_GE(phone().clock.monotonic - first, 60);
+    const double second = phone().clock.monotonic;
     playReadings(1);
-    EXPECT_LT(phone().clock.elapsedClock - second, 10);
+    EXPECT_LT(phone().clock.monotonic - second, 10);
 }
 
 TEST_F(SettingsDuringANight, bound_the_scan_interval_only_at_the_start) {

@@ -1,4 +1,4 @@
-/// Into the sleep state and back: which radios are switched, in which order, and what comes back.
+/// Entering and leaving the sleep state: which radios are switched, and in which order.
 #include "tests/a_night.h"
 
 #include <array>
@@ -49,7 +49,7 @@ protected:
             *state = on;
     }
 
-    RadiosModel::States radios() { return phone().radios.states(); }
+    RadioStates radios() { return phone().radios.states(); }
 
     /// What was asked of the radios, and announced.
     std::vector<std::string> questions() const {
@@ -221,13 +221,22 @@ TEST_F(ASleepState, of_the_phone_switches_the_others_after_airplane_mode_and_nev
                             "isPowered -> false", "setLocationServicesEnabled: [false]"));
     EXPECT_TRUE(radios().airplane);
     EXPECT_FALSE(radios().wifi || radios().bluetooth || radios().location);
-    EXPECT_EQ(radios().maxRate, "3G");
+    EXPECT_EQ(radios().maxRate, DataRate::kCTRegistrationDataRate3G);
     EXPECT_TRUE(radios().cellularData);
     morning();
     EXPECT_THAT(
         calls.of({"CTCellularDataPlanGetIsEnabled", "CTRegistrationGetCurrentMaxAllowedDataRate"}),
         IsEmpty());
     EXPECT_EQ(radios(), before);
+}
+
+TEST_F(ASleepState, of_the_phone_leaves_3G_alone) {
+    of({phoneRadio, fast});
+    for (const bool state : {true, false}) {
+        set(state);
+        EXPECT_EQ(calls.count("CTRegistrationSetMaxAllowedDataRate"), 0u);
+        EXPECT_EQ(calls.count("CTRegistrationGetCurrentMaxAllowedDataRate"), 0u);
+    }
 }
 
 TEST_F(ASleepState, of_the_phone_alone_switches_the_other_radios_on_again) {
@@ -240,14 +249,22 @@ TEST_F(ASleepState, of_the_phone_alone_switches_the_other_radios_on_again) {
     expected.airplane = true;
     EXPECT_EQ(radios(), expected);
 
-    phone().happens("wifi", false);
-    phone().happens("bluetooth", false);
-    phone().happens("location", false);
+    phone().happens(WifiSwitch{false});
+    phone().happens(BluetoothSwitch{false});
+    phone().happens(LocationSwitch{false});
     morning();
     EXPECT_THAT(changes(), ElementsAre("setIsInAirplaneMode: [false]", "updateAirplaneMode",
                                        "setWiFiEnabled: [true]", "setPowered: [true]",
                                        "setLocationServicesEnabled: [true]"));
     EXPECT_EQ(radios(), before);
+}
+
+TEST_F(ASleepState, of_the_phone_alone_remembers_the_radios_that_airplane_mode_takes_along) {
+    of({phoneRadio});
+    remember(false);
+    night();
+    EXPECT_TRUE(own->defaultWifi && own->defaultBT && own->defaultLocation);
+    EXPECT_FALSE(own->default3G || own->defaultEdge);
 }
 
 TEST_F(ASleepState, entered_twice_remembers_the_night_itself) {
@@ -304,7 +321,7 @@ TEST_F(ASleepState, is_announced_without_the_telephony_class_but_touches_no_radi
 TEST_F(ASleepState, of_cellular_data_brings_back_what_the_start_found) {
     scenario.radios.cellularData = false;
     of({edge});
-    phone().happens("cellular_data", true);
+    phone().happens(CellularDataSwitch{true});
     night();
     EXPECT_THAT(changes(), ElementsAre("CTCellularDataPlanSetIsEnabled [false]"));
     morning();
@@ -321,6 +338,13 @@ TEST_F(ASleepState, of_cellular_data_found_on_brings_it_back) {
     EXPECT_TRUE(radios().cellularData);
 }
 
+TEST_F(ASleepState, of_cellular_data_switches_it_before_location) {
+    of({edge, location});
+    night();
+    EXPECT_THAT(changes(), ElementsAre("CTCellularDataPlanSetIsEnabled [false]",
+                                       "setLocationServicesEnabled: [false]"));
+}
+
 TEST_F(ASleepState, of_cellular_data_and_3G_switches_the_data_alone) {
     of({edge, fast});
     own->default3G = false;
@@ -328,7 +352,7 @@ TEST_F(ASleepState, of_cellular_data_and_3G_switches_the_data_alone) {
     EXPECT_THAT(changes(), ElementsAre("CTCellularDataPlanSetIsEnabled [false]"));
     morning();
     EXPECT_THAT(changes(), ElementsAre("CTCellularDataPlanSetIsEnabled [true]"));
-    EXPECT_EQ(radios().maxRate, "3G");
+    EXPECT_EQ(radios().maxRate, DataRate::kCTRegistrationDataRate3G);
     EXPECT_FALSE(own->default3G);
     EXPECT_EQ(calls.count("CTRegistrationGetCurrentMaxAllowedDataRate"), 0u);
 }
@@ -346,11 +370,11 @@ TEST_F(ASleepState, of_3G_remembers_the_data_too_but_leaves_it_on) {
 }
 
 TEST_F(ASleepState, of_3G_found_off_leaves_it_off) {
-    scenario.radios.maxRate = "2G";
+    scenario.radios.maxRate = DataRate::kCTRegistrationDataRate2G;
     of({fast});
     night();
     EXPECT_THAT(changes(), IsEmpty());
-    phone().happens("max_rate", "3G");
+    phone().happens(MaxRateChange{DataRate::kCTRegistrationDataRate3G});
     morning();
     EXPECT_THAT(changes(), ElementsAre(R"(CTRegistrationSetMaxAllowedDataRate ["2G"] -> true)"));
 }

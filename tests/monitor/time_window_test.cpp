@@ -1,4 +1,4 @@
-/// The nightly window of whole hours: its edges, to the fraction of a second.
+/// The nightly window of whole hours, and its exact limits.
 #include "tests/a_night.h"
 
 #include <limits>
@@ -331,7 +331,7 @@ protected:
 
 private:
     void called(const Call& call) override {
-        if (call.operation == "startAccelerometerUpdates")
+        if (call.operation == Operation::startAccelerometerUpdates)
             readings.push_back(call.at.secondsSince1970);
     }
     void happens(const Happening&) override {}

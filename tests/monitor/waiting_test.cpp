@@ -1,4 +1,4 @@
-/// How the monitor waits: by the wall clock's whole seconds, a second at a time.
+/// The monitor's waits: by whole seconds of the wall clock, one second at a time.
 #include "tests/a_night.h"
 
 namespace noctara {
@@ -15,14 +15,14 @@ protected:
         if (!own)
             make();
         calls.clear();
-        const double from = phone().clock.elapsedClock;
+        const double from = phone().clock.monotonic;
         phone().asMonitorThread([&] { own->sleep(seconds); });
-        waited = phone().clock.elapsedClock - from;
+        waited = phone().clock.monotonic - from;
     }
 
     void setClockAfter(double seconds, double wallClockRead) {
         const double start = scenario.start.secondsSince1970;
-        scenario.events.push_back({{start + seconds}, "clock", Date{start + wallClockRead}});
+        scenario.events.push_back({{start + seconds}, ClockChange{{start + wallClockRead}}});
     }
 
     double waited = 0;
@@ -34,6 +34,38 @@ TEST_F(Waiting, no_seconds_returns_at_once_and_still_forgets_the_event) {
     EXPECT_EQ(waited, 0);
     EXPECT_THAT(calls.calls(), IsEmpty());
     EXPECT_FALSE(own->eventOccurred);
+}
+
+/// A clock that is set back by a second after its first reading.
+class ClockSetBack final : public Clock {
+public:
+    std::int64_t time() override { return ++readings == 1 ? seconds + 1 : seconds; }
+    Date now() override { return {static_cast<double>(seconds)}; }
+    void sleep(unsigned slept) override {
+        ++sleeps;
+        seconds += slept;
+    }
+
+    std::int64_t seconds = 1393713000;
+    int readings = 0;
+    int sleeps = 0;
+};
+
+TEST_F(Waiting, no_seconds_returns_at_once_even_if_the_clock_is_set_back_meanwhile) {
+    ClockSetBack clock;
+    switchOn();
+    Platform altered = phone().platform();
+    altered.clock = &clock;
+    own = std::make_unique<NoctaraThread>(altered);
+    own->eventOccurred = true;
+    own->sleep(0);
+    EXPECT_EQ(clock.sleeps, 0);
+    EXPECT_FALSE(own->eventOccurred);
+
+    clock.readings = 0;
+    own->sleep(2);
+    EXPECT_EQ(clock.sleeps, 3);
+    EXPECT_EQ(clock.readings, 5) << "one at the start, and one before and after each pause";
 }
 
 TEST_F(Waiting, three_seconds_takes_three_pauses_of_a_second) {
@@ -74,7 +106,7 @@ TEST_F(Waiting, is_not_cut_short_by_the_charger_or_by_settings) {
     settings.set("ScanInterval", 2);
     begin();
     playFor(3); // the first reading was done at second 1, and the wait lasts until second 11
-    phone().happens("charger", true);
+    phone().happens(ChargerChange{true});
     change({{"ScanInterval", 0}});
     calls.clear();
     playFor(7.9);
@@ -86,7 +118,7 @@ TEST_F(Waiting, is_not_cut_short_by_the_charger_or_by_settings) {
 TEST_F(Waiting, keeps_the_event_until_it_ends) {
     begin();
     playFor(2.5);
-    phone().happens("charger", true);
+    phone().happens(ChargerChange{true});
     EXPECT_TRUE(monitor().eventOccurred);
     playFor(3);
     EXPECT_TRUE(monitor().eventOccurred) << "the wait until second 6 is still under way";

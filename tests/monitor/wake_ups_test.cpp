@@ -1,5 +1,7 @@
-/// The wake-up that keeps a sleeping phone monitored, and what becomes of the others in the list.
+/// The wake-up that lets the monitor run while the phone sleeps, and other wake-ups in the list.
 #include "tests/a_night.h"
+
+#include <nlohmann/json.hpp>
 
 namespace noctara {
 namespace {
@@ -24,7 +26,7 @@ PropertyList entry(const char* scheduledBy, double at) {
     return Dictionary{{"scheduledby", scheduledBy}, {"time", Date{at}}};
 }
 
-/// Files among which the system's list of wake-ups is read as whatever a test wants.
+/// A file store whose list of wake-ups has the content that a test sets.
 class StoreWithList final : public FileStore {
 public:
     explicit StoreWithList(ParsedPropertyList content) : list(std::move(content)) {}
@@ -50,13 +52,13 @@ class AWakeUp : public AMonitor {
 protected:
     AWakeUp() { scenario.start = {now}; }
 
-    /// On a phone whose list is as the wake-ups of the scenario make it.
+    /// On a phone whose list holds the wake-ups of the scenario.
     void renew() {
         make();
         renewOnce();
     }
 
-    /// On a phone whose list holds anything at all.
+    /// On a phone whose list has any content.
     void renewWith(ParsedPropertyList list) {
         switchOn(std::make_unique<StoreWithList>(std::move(list)));
         phone().files.keepUpToDate(listPath, [](Dictionary&) {});
@@ -126,7 +128,7 @@ TEST_F(AWakeUp, takes_one_reading_of_the_list_and_never_writes_it) {
     renew();
     ASSERT_EQ(calls.calls().size(), 2u);
     EXPECT_EQ(calls.lines[0].operation, "propertyListFromData:");
-    EXPECT_EQ(calls.lines[0].json["args"][0], listPath);
+    EXPECT_EQ(calls.lines[0].argument(0), listPath);
     EXPECT_EQ(calls.lines[1].operation, "CPScheduleWakeAtDateWithIdentifier");
 }
 
@@ -163,6 +165,18 @@ TEST_F(AWakeUp, passes_over_entries_that_say_nothing_of_who_scheduled_them) {
                                   entry("com.quorbit.Noctara", now + 3)}}}},
                ""});
     EXPECT_THAT(wakeCalls(), ElementsAre(cancelled(now + 3), scheduled(now + 900)));
+}
+
+TEST_F(AWakeUp, passes_over_entries_of_ours_without_a_date) {
+    renewWith({PropertyList{Dictionary{
+                   {"wake", Array{Dictionary{{"scheduledby", ours}},
+                                  Dictionary{{"scheduledby", ours}, {"time", "tomorrow"}},
+                                  Dictionary{{"scheduledby", ours}, {"time", now + 1}},
+                                  entry("com.quorbit.Noctara", now + 2)}}}},
+               ""});
+    EXPECT_THAT(wakeCalls(), ElementsAre(cancelled(now + 2), scheduled(now + 900)));
+    EXPECT_THAT(calls.logged(),
+                ElementsAre("Noctara Cancelling previous wake at 2014-03-01 23:30:02 +0000"));
 }
 
 TEST_F(AWakeUp, takes_nothing_else_in_an_entry_into_account) {
@@ -210,7 +224,7 @@ TEST_F(AWakeUp, is_tried_again_after_the_list_could_not_be_read) {
     EXPECT_THAT(wakeCalls(), ElementsAre(scheduled(now + 900)));
 }
 
-/// A wake-up service that does nothing: what it is asked for has no effect.
+/// A wake-up service whose calls have no effect.
 class DeafWakeScheduler final : public WakeScheduler {
 public:
     void schedule(Date, const std::string&) override { ++schedules; }
@@ -223,13 +237,10 @@ public:
 TEST_F(AWakeUp, is_scheduled_whether_or_not_the_cancelling_worked) {
     scenario.wakes = {{ours, {now + 100}}};
     switchOn();
-    const Platform& p = phone().platform();
     DeafWakeScheduler deaf;
-    own = std::make_unique<NoctaraThread>(
-        Platform{p.log,           p.process,   p.threads,   p.clock,       p.calendar, p.files,
-                 p.notifications, p.power,     deaf,        p.charger,     p.motion,   p.sounds,
-                 p.applications,  p.telephony, p.wifi,      p.bluetooth,   p.location, p.cellular,
-                 p.preferences,   p.device,    p.libraries, p.capabilities});
+    Platform altered = phone().platform();
+    altered.wakes = &deaf;
+    own = std::make_unique<NoctaraThread>(altered);
     renewOnce();
     renewOnce();
     EXPECT_EQ(deaf.cancels, 2);
@@ -238,7 +249,14 @@ TEST_F(AWakeUp, is_scheduled_whether_or_not_the_cancelling_worked) {
                 ElementsAre("Noctara Cancelling previous wake at 2014-03-01 23:31:40 +0000"));
 }
 
-/// A whole phone that keeps a wake-up scheduled.
+TEST_F(AWakeUp, is_reckoned_from_before_the_list_is_read) {
+    make();
+    phone().files.keepUpToDate(listPath, [this](Dictionary&) { ++phone().clock.monotonic; });
+    renewOnce();
+    EXPECT_THAT(wakeCalls(), ElementsAre(scheduled(now + 900)));
+}
+
+/// A phone that keeps a wake-up scheduled.
 class AnActiveNight : public ANight {
 protected:
     AnActiveNight() { settings.set("ActiveOnSleep", true); }
@@ -315,7 +333,7 @@ TEST_F(AnActiveNight, leaves_the_last_wake_up_to_fire_when_the_setting_is_switch
 TEST_F(AnActiveNight, leaves_the_last_wake_up_when_the_monitor_ends) {
     begin();
     playFor(60);
-    phone().happens("stop", true);
+    phone().happens(MonitorStop{});
     playFor(30);
     EXPECT_GT(ahead(), 850);
 }

@@ -1,8 +1,8 @@
-/// Every night in scenarios/ is played and its story held against the one that is checked in beside
-/// it. scripts/stories writes them anew after a change that is meant.
+/// Plays every night in scenarios/ and compares its story with the one that is checked in.
+/// scripts/stories rewrites these stories after an intended change.
 #include "command/night_command.h"
 #include "input/bad_input.h"
-#include "tests/temporary_folder.h"
+#include "input/temporary_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -229,8 +229,7 @@ TEST(ANightOnTheCommandLine, keeps_a_settings_file_that_is_below_the_root_alread
 
 TEST(ANightOnTheCommandLine, damages_no_file_outside_the_root) {
     const TemporaryFolder folder;
-    const fs::path preferences =
-        folder.path / "phone/private/var/mobile/Library/Preferences";
+    const fs::path preferences = folder.path / "phone/private/var/mobile/Library/Preferences";
     fs::create_directories(preferences);
     std::ofstream(folder.path / "precious") << "precious";
     fs::create_symlink(folder.path / "precious", preferences / "com.quorbit.Noctara.plist");

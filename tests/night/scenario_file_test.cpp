@@ -1,4 +1,4 @@
-/// What a scenario file says, and what becomes of a file that says it.
+/// The scenario that is read from a file.
 #include "night/scenario_file.h"
 
 #include "input/bad_input.h"
@@ -24,13 +24,23 @@ using testing::StartsWith;
 Event onlyEvent(const std::string& text) {
     const Scenario scenario = parse(text);
     EXPECT_EQ(scenario.events.size(), 1U);
-    return scenario.events.at(0);
+    return scenario.events.at(0).event;
 }
 
-/// The value of the one event in a night with the action of this text.
-PropertyList action(const std::string& text) {
-    return onlyEvent("[[event]]\nat = 23:00:00\n" + text).value;
+/// The only event of a scenario with this text.
+template <typename Kind>
+Kind action(const std::string& text) {
+    return std::get<Kind>(onlyEvent("[[event]]\nat = 23:00:00\n" + text));
 }
+
+struct TruthAction {
+    std::string_view name;
+    bool (*value)(const std::string& text);
+};
+
+template <typename Kind, bool Kind::*member>
+constexpr TruthAction truthAction{
+    Kind::name, [](const std::string& text) { return action<Kind>(text).*member; }};
 
 std::string fileText(const std::filesystem::path& path) {
     std::ifstream stream(path);
@@ -77,13 +87,14 @@ TEST(AScenario, takes_its_phone_from_the_file) {
     EXPECT_EQ(phone.idiom, 1);
     EXPECT_EQ(phone.corefoundation, 847.0);
     EXPECT_TRUE(phone.capabilities.empty());
-    EXPECT_THAT(phone.rates, ElementsAre("4G", "2G"));
+    EXPECT_THAT(phone.rates, ElementsAre(DataRate::kCTRegistrationDataRate4G,
+                                         DataRate::kCTRegistrationDataRate2G));
     EXPECT_FALSE(phone.telephonyManager);
     EXPECT_FALSE(phone.telephonyServer);
     EXPECT_FALSE(phone.gestalt);
     EXPECT_FALSE(phone.sounds);
     EXPECT_TRUE(phone.charger);
-    EXPECT_EQ(phone.posture, (Array{0.0, -1.5, 0.25}));
+    EXPECT_EQ(phone.posture, Posture(Acceleration{0, -1.5, 0.25}));
     EXPECT_TRUE(phone.deviceMotion);
     EXPECT_EQ(phone.idleSleep, 604800);
 }
@@ -108,11 +119,11 @@ TEST(AScenario, takes_its_radios_from_the_file) {
     EXPECT_FALSE(radios.bluetooth);
     EXPECT_TRUE(radios.bluetoothConnected);
     EXPECT_FALSE(radios.cellularData);
-    EXPECT_EQ(radios.maxRate, "4G");
+    EXPECT_EQ(radios.maxRate, DataRate::kCTRegistrationDataRate4G);
     EXPECT_FALSE(radios.location);
     EXPECT_FALSE(radios.push);
     EXPECT_TRUE(radios.tethering);
-    EXPECT_EQ(radios.call, "outgoing");
+    EXPECT_EQ(radios.call, CallState::outgoing);
 }
 
 TEST(AScenario, keeps_settings_of_every_type_in_the_order_of_the_file) {
@@ -195,25 +206,36 @@ TEST(AScenario, lists_wake_ups_by_date_or_by_the_next_time_after_the_start) {
 }
 
 TEST(AnEvent, has_the_value_of_its_action) {
-    EXPECT_EQ(action("posture = \"in-pocket\""), "in-pocket");
-    EXPECT_EQ(action("posture = [1, 2, 3]"), (Array{1.0, 2.0, 3.0}));
-    for (const std::string name : {"charger", "airplane", "wifi", "bluetooth", "cellular_data",
-                                   "location", "bluetooth_connected", "telephony_server"}) {
-        EXPECT_EQ(action(name + " = true"), true) << name;
-        EXPECT_EQ(action(name + " = false"), false) << name;
+    EXPECT_EQ(action<PostureChange>("posture = \"in-pocket\"").posture,
+              Posture(NamedPosture::InPocket));
+    EXPECT_EQ(action<PostureChange>("posture = [1, 2, 3]").posture, Posture(Acceleration{1, 2, 3}));
+    for (const auto& [name, value] :
+         {truthAction<ChargerChange, &ChargerChange::plugged>,
+          truthAction<AirplaneModeSwitch, &AirplaneModeSwitch::on>,
+          truthAction<WifiSwitch, &WifiSwitch::on>,
+          truthAction<BluetoothSwitch, &BluetoothSwitch::on>,
+          truthAction<CellularDataSwitch, &CellularDataSwitch::on>,
+          truthAction<LocationSwitch, &LocationSwitch::on>,
+          truthAction<BluetoothConnection, &BluetoothConnection::connected>,
+          truthAction<TelephonyServerChange, &TelephonyServerChange::answers>}) {
+        EXPECT_TRUE(value(std::string(name) + " = true")) << name;
+        EXPECT_FALSE(value(std::string(name) + " = false")) << name;
     }
-    EXPECT_EQ(action("settings = {}"), Dictionary());
-    EXPECT_EQ(action("[event.settings]\nEnabled = false"), (Dictionary{{"Enabled", false}}));
-    EXPECT_EQ(action("remove_settings = [\"a\", \"b\"]"), (Array{"a", "b"}));
-    EXPECT_EQ(action("call = \"active\""), "active");
-    EXPECT_EQ(action("max_rate = \"2G\""), "2G");
-    EXPECT_EQ(action("disk = \"read-only\""), "read-only");
-    EXPECT_EQ(action("settings_file = \"damaged\""), "damaged");
-    EXPECT_EQ(action("power_message = 0xFFFFFFFF"), std::int64_t{4294967295});
-    EXPECT_EQ(action("clock = 2014-03-01T22:30:00"), Date{evening});
-    EXPECT_EQ(action("button = true"), true);
-    EXPECT_EQ(action("stop = true"), true);
-    EXPECT_EQ(onlyEvent("event = [{at = 23:00:00, stop = true}]").action, "stop");
+    EXPECT_EQ(action<SettingsChange>("settings = {}").changed, Dictionary());
+    EXPECT_EQ(action<SettingsChange>("[event.settings]\nEnabled = false").changed,
+              (Dictionary{{"Enabled", false}}));
+    EXPECT_THAT(action<SettingsRemoval>("remove_settings = [\"a\", \"b\"]").keys,
+                ElementsAre("a", "b"));
+    EXPECT_EQ(action<CallChange>("call = \"active\"").state, CallState::active);
+    EXPECT_EQ(action<MaxRateChange>("max_rate = \"2G\"").rate, DataRate::kCTRegistrationDataRate2G);
+    EXPECT_EQ(action<DiskChange>("disk = \"read-only\"").state, DiskState::readOnly);
+    EXPECT_EQ(action<SettingsFileChange>("settings_file = \"damaged\"").fault,
+              SettingsFileFault::damaged);
+    EXPECT_EQ(action<PowerMessage>("power_message = 0xFFFFFFFF").type, 4294967295U);
+    EXPECT_EQ(action<ClockChange>("clock = 2014-03-01T22:30:00").to, Date{evening});
+    EXPECT_NO_THROW(action<ButtonPress>("button = true"));
+    EXPECT_NO_THROW(action<MonitorStop>("stop = true"));
+    EXPECT_EQ(nameOf(onlyEvent("event = [{at = 23:00:00, stop = true}]")), "stop");
 }
 
 class AScenarioFile : public testing::Test {
@@ -296,7 +318,9 @@ TEST(TheManual, gives_the_defaults_in_its_complete_example) {
     EXPECT_EQ(example.end, Date{evening + 8.5 * hour});
     ASSERT_EQ(example.events.size(), 6U);
     EXPECT_EQ(example.events[2].at, Date{evening + 1.75 * hour});
-    EXPECT_EQ(example.events[5].value, (Array{0.0, -0.5, -0.87}));
+    const auto* posture = std::get_if<PostureChange>(&example.events[5].event);
+    ASSERT_NE(posture, nullptr);
+    EXPECT_EQ(posture->posture, Posture(Acceleration{0, -0.5, -0.87}));
 }
 
 } // namespace

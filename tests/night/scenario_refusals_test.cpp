@@ -1,4 +1,4 @@
-/// How a scenario is refused: by place, reason and remedy, in one line.
+/// Refused scenarios: one line with place, reason and remedy.
 #include "tests/night/a_scenario.h"
 
 #include <gmock/gmock.h>
@@ -132,7 +132,7 @@ TEST(AMessage, stays_on_one_line_and_short_whatever_the_file_holds) {
     const std::string longest = refusal("\"" + std::string(100'000, 'x') + "\" = 1");
     EXPECT_LT(longest.size(), 300U);
     EXPECT_THAT(longest, HasSubstr("xxx...\""));
-    // Two bytes a letter, of which the limit would cut one in half.
+    // Two bytes per letter: the limit is in the middle of one.
     std::string letters = "x";
     for (int i = 0; i < 40; ++i)
         letters += "é";

@@ -1,4 +1,4 @@
-/// The man page and the completion of the command, against what its help lists.
+/// The man page and the completion of the command agree with its help.
 #include "tests/programs.h"
 
 #include <gmock/gmock.h>
@@ -40,12 +40,12 @@ Words subcommands() {
     return wordsIn(help.substr(help.find("Subcommands:")), "^  ([a-z]+) ");
 }
 
-/// The long options that the lines of a subcommand's help begin with.
+/// The long options in a subcommand's help.
 Words optionsOf(const std::string& subcommand) {
     return wordsIn(noctara(subcommand + " --help"), "^  (?:-[a-z],)?(--[a-z-]+)");
 }
 
-/// The values that an option takes, as its refusal of any other lists them.
+/// The values that an option accepts, from the error message for another value.
 Words choicesOf(const std::string& option) {
     const auto refusal = noctara("night " + option + " furlong");
     const std::string before = "is none of: ";
@@ -56,7 +56,7 @@ Words choicesOf(const std::string& option) {
     return wordsIn(refusal.substr(start, refusal.find(" (", start) - start), "([^ ,]+)");
 }
 
-/// What the completion offers for the last of these words of the shell.
+/// The completions of the last of these shell words.
 Words completed(const std::string& words) {
     return wordsIn(outputOf("cd '" NOCTARA_SOURCE_DIR "' && bash -c '"
                             "source \"$0\"; COMP_WORDS=(noctara \"$@\"); COMP_CWORD=$#; "
@@ -80,7 +80,7 @@ std::map<std::string, std::string> sectionsOfManPage() {
 }
 
 TEST(TheHelp, is_read_by_these_tests) {
-    EXPECT_EQ(subcommands(), (Words{"capabilities", "detect", "night"}));
+    EXPECT_EQ(subcommands(), (Words{"capabilities", "detect", "night", "replay"}));
     EXPECT_EQ(optionsOf("capabilities"), (Words{"--help"}));
     EXPECT_THAT(optionsOf("night"), IsSupersetOf({"--help", "--motion-at", "--timezone"}));
     EXPECT_EQ(choicesOf("--axes"), (Words{"android", "ios"}));
@@ -94,7 +94,7 @@ TEST(TheManPage, describes_every_subcommand_with_its_options_and_no_others) {
             wordsIn(sections.at("noctara " + subcommand), "^\\.It Fl (-[a-z-]+)(?: |$)");
         Words expected;
         for (const auto& option : optionsOf(subcommand))
-            if (option != "--help") // Described once for all.
+            if (option != "--help") // Described once for all subcommands.
                 expected.insert(option.substr(1));
         EXPECT_EQ(described, expected) << subcommand;
         EXPECT_THAT(sections.at("SYNOPSIS"), HasSubstr(".Cm " + subcommand + '\n'));

@@ -1,5 +1,5 @@
-/// What the phone's package brings, against what the monitor reads and plays: neither drifts away
-/// from the other.
+/// The settings page and the sounds of the phone's package agree with what the monitor reads and
+/// plays.
 #include "monitor/posture.h"
 #include "phones/model/property_list_file.h"
 #include "tests/monitor/a_settings_file.h"
@@ -21,7 +21,7 @@ using testing::UnorderedElementsAreArray;
 
 const std::filesystem::path packaging = NOCTARA_SOURCE_DIR "/packaging";
 
-/// Empty when there is none, or when it is no text.
+/// Empty if there is none, or if it is not text.
 std::string textIn(const Dictionary& specifier, const char* key) {
     const auto* value = specifier.find(key);
     const auto* text = value ? value->as<std::string>() : nullptr;
@@ -117,7 +117,7 @@ TEST_F(TheSettingsPage, has_every_setting_of_a_new_file_once_with_its_default) {
         if (textIn(specifier, "cell") == "PSSwitchCell") {
             ASSERT_TRUE(shownDefault.as<bool>()) << key;
             EXPECT_EQ(shownDefault.boolValue(), value.boolValue()) << key;
-            // The monitor fills this one in by itself, and then always as a number.
+            // The monitor adds this key itself, as a number.
             EXPECT_TRUE(value.as<bool>() || key == "PhoneSwitch") << key;
         } else {
             EXPECT_EQ(textIn(specifier, "cell"), "PSLinkListCell") << key;
@@ -200,8 +200,8 @@ TEST(TheLoadersFilter, names_springboard_only) {
               (Dictionary{{"Filter", Dictionary{{"Bundles", Array{"com.apple.springboard"}}}}}));
 }
 
-/// The length in seconds of a file that is nothing but frames of MPEG 1, layer III; 0 for any
-/// other.
+/// The length in seconds of a file that consists of frames of MPEG 1, layer III; 0 for any other
+/// file.
 double lengthOfMp3(const std::filesystem::path& path) {
     std::ifstream in(path, std::ios::binary);
     const std::string bytes(std::istreambuf_iterator<char>(in), {});
@@ -234,7 +234,7 @@ TEST_F(TheSounds, that_the_monitor_asks_for_are_there_and_short) {
     std::vector<std::filesystem::path> asked;
     for (const auto& line : calls.lines)
         if (line.operation == "AudioServicesCreateSystemSoundID")
-            asked.emplace_back(line.json["args"][0].get<std::string>());
+            asked.emplace_back(line.argument(0));
     ASSERT_THAT(asked, SizeIs(2));
     for (const auto& sound : asked) {
         EXPECT_EQ(sound.parent_path(), folder);

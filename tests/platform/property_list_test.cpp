@@ -1,4 +1,4 @@
-/// The platform's conversions of property-list values, and the order of dictionaries.
+/// Conversions of property-list values, and the order of dictionaries.
 #include "platform/property_list.h"
 
 #include <cmath>

@@ -1,4 +1,4 @@
-/// Characters of UTF-8, and what is none.
+/// Valid and invalid characters of UTF-8.
 #include "platform/utf8.h"
 
 #include <string>

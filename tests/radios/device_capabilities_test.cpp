@@ -1,9 +1,8 @@
-/// The capability queries offered on the device object: their calls, answers and report.
+/// The capability queries on the device object: their calls, answers and report.
 #include "radios/device_capabilities.h"
 
 #include "platform/capabilities.h"
 #include "tests/a_night.h"
-#include "tests/radios/altered_platform.h"
 
 #include <algorithm>
 
@@ -130,7 +129,9 @@ TEST_F(ADevicesCapabilities, are_asked_of_a_library_opened_and_closed_for_every_
 TEST_F(ADevicesCapabilities, take_any_answer_but_zero_for_a_yes) {
     switchOn();
     OtherCapabilityFunctions functions;
-    DeviceCapabilities capabilities(withOther<CapabilityFunctions>(phone().platform(), functions));
+    Platform altered = phone().platform();
+    altered.capabilities = &functions;
+    DeviceCapabilities capabilities(altered);
 
     for (const int yes : {1, 2, -1, 256}) {
         functions.answer = yes;
@@ -155,7 +156,9 @@ TEST_F(ADevicesCapabilities, have_values_that_are_handed_on_once_the_library_is_
 TEST_F(ADevicesCapabilities, may_have_a_value_of_any_kind_or_none) {
     switchOn();
     OtherCapabilityFunctions functions;
-    DeviceCapabilities capabilities(withOther<CapabilityFunctions>(phone().platform(), functions));
+    Platform altered = phone().platform();
+    altered.capabilities = &functions;
+    DeviceCapabilities capabilities(altered);
 
     EXPECT_EQ(capabilities.fetchCapability("gps"), std::nullopt);
     functions.value = PropertyList(Array{1, "two"});

@@ -1,10 +1,9 @@
-/// What the radio controller works out once about the device: the pair of data rates on offer, and
-/// whether a choice between them is.
+/// What the radio controller determines once about the device: its pair of data rates, and whether
+/// the user can choose between them.
 #include "platform/capabilities.h"
 #include "platform/telephony.h"
 #include "radios/radios_lib.h"
 #include "tests/a_night.h"
-#include "tests/radios/altered_platform.h"
 
 #include <limits>
 
@@ -30,7 +29,7 @@ protected:
     /// Whether a choice of rate is offered shows in the state read at a rate that is neither pair's
     /// fast one: without a choice that counts as on.
     bool choiceIsOffered() {
-        phone().radios.chooseMaxRate("2G");
+        phone().radios.chooseMaxRate(DataRate::kCTRegistrationDataRate2G);
         return !own->is3GEnabled();
     }
 
@@ -77,16 +76,22 @@ TEST_F(ADeviceKind, is_settled_before_the_choice_of_rate_when_the_radios_are_cre
 }
 
 TEST_F(ADeviceKind, follows_from_the_supported_rates) {
+    constexpr DataRate rate2G = DataRate::kCTRegistrationDataRate2G;
+    constexpr DataRate rate3G = DataRate::kCTRegistrationDataRate3G;
+    constexpr DataRate rate4G = DataRate::kCTRegistrationDataRate4G;
+    constexpr DataRate other = DataRate::kCTRegistrationDataRateUnknown;
     struct Case {
-        std::vector<std::string> rates;
+        std::vector<DataRate> rates;
         std::int32_t kind;
     };
     for (const auto& [rates, kind] :
-         {Case{{}, 0}, Case{{"2G"}, 0}, Case{{"3G"}, 0}, Case{{"4G"}, 0}, Case{{"2G", "4G"}, 0},
-          Case{{"other"}, 0}, Case{{"2G", "3G"}, 1}, Case{{"3G", "2G"}, 1}, Case{{"3G", "4G"}, 2},
-          Case{{"4G", "3G"}, 2}, Case{{"2G", "3G", "4G"}, 2}}) {
+         {Case{{}, 0}, Case{{rate2G}, 0}, Case{{rate3G}, 0}, Case{{rate4G}, 0},
+          Case{{rate2G, rate4G}, 0}, Case{{other}, 0}, Case{{rate2G, rate3G}, 1},
+          Case{{rate3G, rate2G}, 1}, Case{{rate3G, rate4G}, 2}, Case{{rate4G, rate3G}, 2},
+          Case{{rate2G, rate3G, rate4G}, 2}}) {
         scenario.phone.rates = rates;
-        EXPECT_EQ(radiosOfThePhone().getDeviceKind(nullptr), kind) << testing::PrintToString(rates);
+        EXPECT_EQ(radiosOfThePhone().getDeviceKind(nullptr), kind)
+            << calls.of({"CTRegistrationCopySupportedDataRates"}).back();
     }
 }
 
@@ -100,7 +105,7 @@ TEST_F(ADeviceKind, once_settled_is_never_asked_of_the_telephony_server_again) {
 }
 
 TEST_F(ADeviceKind, without_any_pair_is_settled_too) {
-    scenario.phone.rates = {"4G"};
+    scenario.phone.rates = {DataRate::kCTRegistrationDataRate4G};
     auto& radios = radiosOfThePhone();
     EXPECT_EQ(calls.count("_CTServerConnectionCreate"), 1U);
 
@@ -151,7 +156,9 @@ TEST_F(ADeviceKind, settled_only_after_creation_never_brings_the_choice_of_rate)
 }
 
 TEST_F(ADeviceKind, of_the_first_phone_offers_no_choice_whatever_the_telephony_server_says) {
-    scenario.phone.rates = {"2G", "3G", "4G"};
+    scenario.phone.rates = {DataRate::kCTRegistrationDataRate2G,
+                            DataRate::kCTRegistrationDataRate3G,
+                            DataRate::kCTRegistrationDataRate4G};
     EXPECT_FALSE(offersAChoice("iPhone1,1"));
     EXPECT_THAT(calls.of({"uname", "userInterfaceIdiom", "CTCellularDataPlanGetIsEnabled"}),
                 ElementsAre("uname -> \"iPhone1,1\""));
@@ -198,13 +205,17 @@ TEST_F(ADeviceKind, with_2G_and_3G_offers_the_choice_only_to_a_phones_interface)
 
 TEST_F(ADeviceKind, of_an_ipad_with_4G_and_cellular_data_offers_the_choice_without_being_a_phone) {
     scenario.phone.idiom = 1;
-    scenario.phone.rates = {"2G", "3G", "4G"};
+    scenario.phone.rates = {DataRate::kCTRegistrationDataRate2G,
+                            DataRate::kCTRegistrationDataRate3G,
+                            DataRate::kCTRegistrationDataRate4G};
     EXPECT_TRUE(offersAChoice("iPad3,3"));
     EXPECT_EQ(calls.count("userInterfaceIdiom"), 0U);
 }
 
 TEST_F(ADeviceKind, with_4G_offers_the_choice_for_good_when_cellular_data_is_on_at_creation) {
-    scenario.phone.rates = {"2G", "3G", "4G"};
+    scenario.phone.rates = {DataRate::kCTRegistrationDataRate2G,
+                            DataRate::kCTRegistrationDataRate3G,
+                            DataRate::kCTRegistrationDataRate4G};
     radiosOfThePhone();
     EXPECT_THAT(calls.calls(),
                 ElementsAre("_CTServerConnectionCreate -> true",
@@ -216,7 +227,9 @@ TEST_F(ADeviceKind, with_4G_offers_the_choice_for_good_when_cellular_data_is_on_
 }
 
 TEST_F(ADeviceKind, with_4G_never_offers_the_choice_when_cellular_data_is_off_at_creation) {
-    scenario.phone.rates = {"2G", "3G", "4G"};
+    scenario.phone.rates = {DataRate::kCTRegistrationDataRate2G,
+                            DataRate::kCTRegistrationDataRate3G,
+                            DataRate::kCTRegistrationDataRate4G};
     scenario.radios.cellularData = false;
     auto& radios = radiosOfThePhone();
     EXPECT_FALSE(choiceIsOffered());
@@ -283,7 +296,9 @@ TEST_F(ADeviceKind, has_no_capability_while_the_gestalt_library_is_missing) {
 TEST_F(ADeviceKind, of_an_ipad_without_the_gestalt_library_offers_no_choice) {
     scenario.phone.corefoundation = 847;
     scenario.phone.gestalt = false;
-    scenario.phone.rates = {"2G", "3G", "4G"};
+    scenario.phone.rates = {DataRate::kCTRegistrationDataRate2G,
+                            DataRate::kCTRegistrationDataRate3G,
+                            DataRate::kCTRegistrationDataRate4G};
     EXPECT_FALSE(offersAChoice("iPad3,3"));
     EXPECT_THAT(calls.logged(), IsEmpty());
 }
@@ -294,8 +309,9 @@ TEST_F(ADeviceKind, has_no_capability_while_the_gestalt_function_is_missing) {
     OtherLibraries other;
     other.hasFunction = false;
     other.answer = 1;
-    const Platform altered = withOther<CapabilityFunctions>(
-        withOther<DynamicLibraries>(phone().platform(), other), other);
+    Platform altered = phone().platform();
+    altered.libraries = &other;
+    altered.capabilities = &other;
     RadiosLib radios(altered);
 
     EXPECT_FALSE(radios.supportsCapability("wifi"));
@@ -314,8 +330,9 @@ TEST_F(ADeviceKind, takes_only_the_lowest_bit_of_the_gestalt_answer) {
     scenario.phone.corefoundation = 847;
     switchOn();
     OtherLibraries other;
-    const Platform altered = withOther<CapabilityFunctions>(
-        withOther<DynamicLibraries>(phone().platform(), other), other);
+    Platform altered = phone().platform();
+    altered.libraries = &other;
+    altered.capabilities = &other;
     RadiosLib radios(altered);
 
     for (const int answer : {0, 1, 2, 3, 256, -1}) {
@@ -327,7 +344,9 @@ TEST_F(ADeviceKind, takes_only_the_lowest_bit_of_the_gestalt_answer) {
 TEST_F(ADeviceKind, takes_any_linked_answer_but_zero_for_a_yes) {
     switchOn();
     OtherLibraries other;
-    RadiosLib radios(withOther<CapabilityFunctions>(phone().platform(), other));
+    Platform altered = phone().platform();
+    altered.capabilities = &other;
+    RadiosLib radios(altered);
 
     for (const int answer : {0, 1, 2, 256, -1}) {
         other.answer = answer;

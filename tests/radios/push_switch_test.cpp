@@ -1,4 +1,4 @@
-/// The push switch, which is an entry of a file.
+/// The push switch, which is a value in a file.
 #include "radios/radios_lib.h"
 #include "tests/a_night.h"
 

@@ -1,10 +1,8 @@
-/// The radio switches, but for data rate and push: what each asks, changes and announces, and in
-/// which order.
+/// The radio switches, except data rate and push: the calls and notifications of each, in order.
 #include "platform/telephony.h"
 #include "platform/wifi.h"
 #include "radios/radios_lib.h"
 #include "tests/a_night.h"
-#include "tests/radios/altered_platform.h"
 
 namespace noctara {
 
@@ -42,7 +40,7 @@ protected:
         return *own;
     }
 
-    RadiosModel::States states() { return phone().radios.states(); }
+    RadioStates states() { return phone().radios.states(); }
 
     /// The calls since the last look at them.
     Calls newCalls() {
@@ -54,16 +52,21 @@ protected:
     std::unique_ptr<RadiosLib> own;
 };
 
-/// A Wi-Fi manager that answers messages.
+/// A Wi-Fi manager that answers messages, and counts how often it is asked for.
 class AnsweringWiFi final : public WiFi, public WiFiManager {
 public:
-    WiFiManager* sharedInstance(ClassRef) override { return this; }
+    WiFiManager* sharedInstance(ClassRef) override {
+        ++requests;
+        return this;
+    }
     bool isPowered() override { return true; }
     bool wiFiEnabled() override { return true; }
     void setWiFiEnabled(bool) override {}
     std::optional<PropertyList> perform(const char* selector) override {
         return PropertyList(std::string("answer to ") + selector);
     }
+
+    int requests = 0;
 };
 
 TEST_F(ARadioSwitch, reads_airplane_mode_from_the_telephony_manager) {
@@ -95,7 +98,7 @@ TEST_F(ARadioSwitch, sets_airplane_mode_even_as_it_is_already) {
 
 TEST_F(ARadioSwitch, without_a_telephony_manager_answers_no) {
     scenario.phone.telephonyManager = false;
-    scenario.radios.call = "active";
+    scenario.radios.call = CallState::active;
     scenario.radios.tethering = true;
     scenario.radios.airplane = true;
     auto& radios = onThePhone();
@@ -115,7 +118,7 @@ TEST_F(ARadioSwitch, without_a_telephony_manager_still_announces_airplane_mode) 
 TEST_F(ARadioSwitch, takes_a_missing_telephony_class_for_a_missing_manager) {
     auto& radios = onThePhone();
     phone().process.removeClass("SBTelephonyManager");
-    phone().radios.call = "active";
+    phone().radios.call = CallState::active;
     EXPECT_FALSE(radios.isAirplaneModeEnabled());
     EXPECT_FALSE(radios.isCallInProgress());
     EXPECT_FALSE(radios.isTethering());
@@ -130,10 +133,11 @@ TEST_F(ARadioSwitch, asks_for_calls_of_every_kind_up_to_the_first_there_is) {
 
     const Calls answers{"inCall -> true", "outgoingCallExists -> true",
                         "incomingCallExists -> true", "activeCallExists -> true"};
-    const Calls kinds{"in-call", "outgoing", "incoming", "active"};
+    const std::vector<CallState> kinds{CallState::inCall, CallState::outgoing, CallState::incoming,
+                                       CallState::active};
     for (std::size_t i = 0; i < kinds.size(); ++i) {
         phone().radios.call = kinds[i];
-        EXPECT_TRUE(radios.isCallInProgress()) << kinds[i];
+        EXPECT_TRUE(radios.isCallInProgress()) << wordOf(callStateWords, kinds[i]);
         const auto asked = static_cast<std::ptrdiff_t>(i);
         EXPECT_EQ(newCalls(), after(after(findTelephony,
                                           Calls(askForCalls.begin(), askForCalls.begin() + asked)),
@@ -158,6 +162,15 @@ TEST_F(ARadioSwitch, reads_wifi_as_powered_and_then_enabled) {
     phone().radios.switchWifi(false);
     EXPECT_FALSE(radios.isWifiEnabled());
     EXPECT_EQ(newCalls(), after(findWifi, {"isPowered -> true", "wiFiEnabled -> false"}));
+}
+
+TEST_F(ARadioSwitch, asks_for_the_wifi_manager_again_between_its_power_and_its_state) {
+    switchOn();
+    AnsweringWiFi wifi;
+    Platform altered = phone().platform();
+    altered.wifi = &wifi;
+    EXPECT_TRUE(RadiosLib(altered).isWifiEnabled());
+    EXPECT_EQ(wifi.requests, 2);
 }
 
 TEST_F(ARadioSwitch, sets_wifi_only_when_it_differs_and_announces_it) {
@@ -208,7 +221,9 @@ TEST_F(ARadioSwitch, without_a_wifi_manager_reads_off_and_only_announces_on) {
 TEST_F(ARadioSwitch, passes_a_query_on_to_the_wifi_manager_under_its_own_name) {
     switchOn();
     AnsweringWiFi wifi;
-    RadiosLib radios(withOther<WiFi>(phone().platform(), wifi));
+    Platform altered = phone().platform();
+    altered.wifi = &wifi;
+    RadiosLib radios(altered);
     EXPECT_EQ(radios.wifiManagerQuery(), PropertyList("answer to wifiManagerQuery"));
 
     EXPECT_EQ(onThePhone().wifiManagerQuery(), std::nullopt);
@@ -307,10 +322,12 @@ TEST_F(ARadioSwitch, leaves_cellular_data_that_is_as_wanted_and_says_yes) {
 }
 
 TEST_F(ARadioSwitch, refuses_to_set_cellular_data_during_a_call_even_as_it_is_already) {
-    for (const char* call : {"in-call", "outgoing", "incoming", "active"})
+    for (const CallState call :
+         {CallState::inCall, CallState::outgoing, CallState::incoming, CallState::active})
         for (const bool wanted : {true, false}) {
             scenario.radios.call = call;
-            EXPECT_FALSE(onThePhone().setCellularDataEnabled(wanted)) << call << wanted;
+            EXPECT_FALSE(onThePhone().setCellularDataEnabled(wanted))
+                << wordOf(callStateWords, call) << wanted;
             EXPECT_TRUE(states().cellularData);
             EXPECT_THAT(
                 calls.of({"CTCellularDataPlanGetIsEnabled", "CTCellularDataPlanSetIsEnabled",

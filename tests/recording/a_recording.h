@@ -1,4 +1,4 @@
-/// Readings given as text, read as from a file.
+/// Recordings that are given as text and read from a file.
 #pragma once
 
 #include "input/bad_input.h"
@@ -26,7 +26,7 @@ protected:
         return readRecording(path, options, complaints);
     }
 
-    /// The one line for the user, without the name of the file.
+    /// The error message, without the name of the file.
     std::string refusalOf(const std::string& text, const RecordingOptions& options = {}) {
         try {
             read(text, options);
@@ -49,7 +49,7 @@ protected:
         return lines;
     }
 
-    /// Of this test alone: tests may run at once, each in a process of its own.
+    /// Each test has its own file, because tests may run concurrently in several processes.
     static std::filesystem::path ownPath() {
         std::string name = testing::UnitTest::GetInstance()->current_test_info()->name();
         std::replace(name.begin(), name.end(), '/', '-');

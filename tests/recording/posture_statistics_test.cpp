@@ -1,4 +1,4 @@
-/// What the readings of a recording say about the posture of the phone.
+/// Statistics of the posture of the phone in a recording.
 #include "recording/posture_statistics.h"
 
 #include "recording/recording_file.h"

@@ -1,4 +1,4 @@
-/// Recordings of all sorts, good and bad, read as the monitor would get them.
+/// Valid and invalid recordings, read as readings in the monitor's axes and units.
 #include "recording/recording_file.h"
 
 #include "input/bad_input.h"
@@ -155,6 +155,22 @@ TEST_F(ARecording, reports_the_lines_that_hold_no_reading_and_goes_on) {
                                     ":11: the time is out of order; the line is skipped",
                                     ":12: z is not a number: \"0x1\"; the line is skipped"}));
     EXPECT_THAT(recording.remarks, Contains("skipped: 8 lines without a reading"));
+}
+
+TEST_F(ARecording, skips_the_lines_whose_date_is_none) {
+    const Recording recording = read("time,x,y,z\n"
+                                     "2014-03-01T22:30:00+0100,0,0,1\n"
+                                     "infinite-future,0,0,1\n"
+                                     "2014-02-29T22:30:00+0100,0,0,1\n"
+                                     "2014-03-01T22:30:00+25:00,0,0,1\n"
+                                     "2014-03-01T22:30:01+0100,0,0,1\n");
+    EXPECT_EQ(recording.samples.size(), 2U);
+    EXPECT_EQ(
+        complaintLines(),
+        (std::vector<std::string>{
+            ":3: the time is not a date: \"infinite-future\"; the line is skipped",
+            ":4: the time is not a date: \"2014-02-29T22:30:00+0100\"; the line is skipped",
+            ":5: the time is not a date: \"2014-03-01T22:30:00+25:00\"; the line is skipped"}));
 }
 
 TEST_F(ARecording, loses_one_line_to_a_time_that_goes_back) {

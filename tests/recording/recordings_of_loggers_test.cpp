@@ -1,4 +1,4 @@
-/// The layouts in which well-known loggers write their files.
+/// The file formats of well-known loggers.
 #include "recording/recording_file.h"
 
 #include "tests/recording/a_recording.h"

@@ -3,8 +3,6 @@
 #include "phones/stand_in/stand_in_phone.h"
 #include "platform/wake_scheduler.h"
 
-#include <cmath>
-
 using noctara::PhoneCall;
 
 static noctara::Date dateOf(CFDateRef date) {
@@ -13,9 +11,7 @@ static noctara::Date dateOf(CFDateRef date) {
 
 void CPScheduleWakeAtDateWithIdentifier(CFDateRef date, CFStringRef identifier) {
     if (PhoneCall phone; phone)
-        // The list is a file that keeps whole seconds.
-        phone->wakes.schedule({std::floor(dateOf(date).secondsSince1970)},
-                              noctara::textOf((NSString*)identifier));
+        phone->wakes.schedule(dateOf(date), noctara::textOf((NSString*)identifier));
 }
 
 void CPCancelWakeAtDateWithIdentifier(CFDateRef date, CFStringRef identifier) {

@@ -24,7 +24,7 @@ CFRunLoopRef CFRunLoopGetCurrent(void) {
 }
 
 void CFRunLoopAddSource(CFRunLoopRef runLoop, CFRunLoopSourceRef source, CFRunLoopMode mode) {
-    // The phone delivers by its main run loop, whatever mode that is in.
+    // The phone delivers its messages on the main run loop, in every mode.
     if (runLoop != (CFRunLoopRef)[NSRunLoop mainRunLoop] || mode != kCFRunLoopCommonModes)
         return;
     if (PhoneCall phone; phone)

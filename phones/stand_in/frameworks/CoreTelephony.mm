@@ -31,7 +31,7 @@ static DataRate rateOf(CFStringRef constant) {
     return kCTRegistrationDataRateUnknown;
 }
 
-/// An open connection, closed when it is released.
+/// An open connection, which is closed when the object is released.
 @interface StandInServerConnection : NSObject {
 @public
     noctara::ServerConnectionRef connection;

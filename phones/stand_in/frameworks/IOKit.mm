@@ -4,8 +4,8 @@
 
 using noctara::PhoneCall;
 
-/// Whom the messages are for. A message comes from the phone, on the main thread, and is delivered
-/// by the main run loop.
+/// The registered callback. The phone sends its messages on the main thread, and the main run loop
+/// delivers them.
 static IOServiceInterestCallback interested = nullptr;
 static void* refconOfInterested = nullptr;
 

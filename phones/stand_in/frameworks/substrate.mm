@@ -10,7 +10,7 @@ using noctara::PhoneCall;
 void MSHookMessageEx(Class hooked, SEL selector, IMP replacement, IMP* previous) {
     if (PhoneCall phone; phone)
         phone->recorder.call(
-            "MSHookMessageEx",
+            noctara::Operation::MSHookMessageEx,
             {hooked ? CallValue(class_getName(hooked)) : CallValue(), sel_getName(selector)});
     const Method method = hooked ? class_getInstanceMethod(hooked, selector) : nullptr;
     if (!method)

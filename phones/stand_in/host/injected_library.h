@@ -1,20 +1,20 @@
 /// The library that is injected into this process, and the loader that does it.
 #pragma once
 
+#include "input/bad_input.h"
+
 #include <filesystem>
-#include <stdexcept>
 #include <string>
 
-namespace noctara {
+/// Whether the library called the function that this stands in, which must not be inlined.
+#define CALLED_BY_THE_LIBRARY noctara::injectedLibrary::contains(__builtin_return_address(0))
 
-class NoctaraThread;
-
-namespace injectedLibrary {
+namespace noctara::injectedLibrary {
 
 /// What is wrong with a library or its filter; the text names the file.
-class CannotInject : public std::runtime_error {
+class CannotInject : public BadInput {
 public:
-    using std::runtime_error::runtime_error;
+    using BadInput::BadInput;
 };
 
 /// Whether the loader's filter file (a property list: "Filter", in it "Bundles", an array of bundle
@@ -22,15 +22,13 @@ public:
 /// it into every process. Throws CannotInject.
 bool matches(const std::filesystem::path& filter, const std::string& bundle);
 
-/// Loads the library. Throws CannotInject.
+/// Loads the library; one to a process. Throws CannotInject.
 void inject(const std::filesystem::path& library);
 
-/// Whether code at this address is the library's.
+/// Whether the library's code is at this address. Any thread.
 bool contains(const void* address);
 
-/// The library's monitor; null when there is none.
-NoctaraThread* monitor();
+/// Sends `stop` to the library's monitor, if there is one. Any thread.
+void stopMonitor();
 
-} // namespace injectedLibrary
-
-} // namespace noctara
+} // namespace noctara::injectedLibrary

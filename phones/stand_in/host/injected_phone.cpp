@@ -1,6 +1,5 @@
 #include "phones/stand_in/host/injected_phone.h"
 
-#include "monitor/noctara_thread.h"
 #include "phones/stand_in/host/injected_library.h"
 #include "phones/stand_in/host/main_run_loop.h"
 #include "phones/stand_in/host/springboard.h"
@@ -70,13 +69,8 @@ void InjectedPhone::sendACPowerChanged() {
     performOnMainRunLoop([] { springBoard::acPowerChanged(); });
 }
 
-NoctaraThread* InjectedPhone::monitor() const {
-    return injectedLibrary::monitor();
-}
-
 void InjectedPhone::stopMonitor() {
-    if (auto* running = monitor())
-        running->stop();
+    injectedLibrary::stopMonitor();
 }
 
 } // namespace noctara

@@ -19,8 +19,6 @@ public:
     /// at a time, it is the phone of this process, and it must not end before the process does.
     InjectedPhone(const Scenario& scenario, const std::filesystem::path& root);
 
-    NoctaraThread* monitor() const override;
-
     /// Where a file of the phone's is on this machine.
     std::filesystem::path placeOf(const std::string& pathOnPhone) const;
 
@@ -29,14 +27,14 @@ public:
     void leave() override;
     void performOnMainRunLoop(const std::function<void()>& work) override;
 
-    /// What the process's clock shows. Any thread, without entering the phone.
-    virtual Date wallClock() const = 0;
+    /// The wall clock as the library reads it, by `time` and by `+[NSDate date]`. Any thread.
+    virtual std::int64_t readTime() = 0;
+    virtual Date readDate() = 0;
 
     // What the monitor thread does: main thread starts it, and all else is called by itself.
     virtual void monitorStarts() {}
     virtual void monitorBegins() {}
     virtual void monitorEnds() {}
-    virtual void monitorLooksAtClock() {}
     virtual void monitorSleeps(unsigned seconds) = 0;
 
     /// Plays the scenario to the end, once SpringBoard has launched. Main thread. False when it was
@@ -45,8 +43,7 @@ public:
     virtual bool playToTheEnd() = 0;
 
 protected:
-    /// The model's clock is to show the present, and the process's clock what the model's has been
-    /// set to. Called by whoever enters or leaves the phone.
+    /// Sets the model's clock to the present. Called when a thread enters or leaves the phone.
     virtual void catchUp() {}
 
     /// Does `work` with the phone left, for others to enter it. Main thread.

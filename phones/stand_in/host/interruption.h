@@ -1,13 +1,14 @@
-/// Ctrl-C, or a polite kill: a night that takes hours ends like any other then, with its summary
-/// and with nothing left behind.
+/// SIGINT, SIGTERM and SIGHUP. A night that they interrupt ends with its summary and without its
+/// temporary files.
 #pragma once
 
 namespace noctara {
 
-/// From here on an interruption is noted. More of them change nothing: some senders send two.
+/// Installs handlers that note the signals. A second signal has no further effect: `timeout`, for
+/// one, sends two.
 void watchForInterruption();
 
-/// Whether there was one.
+/// Whether one of the signals has arrived.
 bool interrupted();
 
 } // namespace noctara

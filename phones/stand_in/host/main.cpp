@@ -2,13 +2,17 @@
 /// would, and plays a night to it. Exit codes: 0 fine, 1 the run found something wrong, 2 bad
 /// input.
 #include "input/bad_input.h"
+#include "input/command_line.h"
+#include "input/temporary_folder.h"
 #include "night/chosen_scenario.h"
-#include "night/night_report.h"
+#include "night/night_files.h"
+#include "night/trace.h"
 #include "phones/stand_in/host/injected_library.h"
 #include "phones/stand_in/host/interruption.h"
 #include "phones/stand_in/host/phone_in_real_time.h"
 #include "phones/stand_in/host/phone_on_virtual_clock.h"
 #include "phones/stand_in/host/springboard.h"
+#include "phones/stand_in/host/story_process.h"
 #include "phones/stand_in/host/usage.h"
 #include "phones/stand_in/host/watched_foundation.h"
 
@@ -28,8 +32,14 @@ namespace {
 using namespace noctara;
 namespace fs = std::filesystem;
 
-constexpr int foundWrong = 1;
-constexpr int badInput = 2;
+fs::path executable() {
+    return fs::read_symlink("/proc/self/exe");
+}
+
+/// Where the build puts the library and the command; the phone lies in a folder of it.
+fs::path buildFolder() {
+    return executable().parent_path().parent_path();
+}
 
 struct Options {
     std::optional<fs::path> scenario;
@@ -37,48 +47,12 @@ struct Options {
     bool log = false;
     std::optional<fs::path> trace;
     std::optional<fs::path> root;
-    fs::path library =
-        fs::read_symlink("/proc/self/exe").parent_path().parent_path() / "Noctara.so";
+    fs::path library = buildFolder() / "Noctara.so";
     std::optional<fs::path> filter; ///< Absent: the one beside the library.
     bool realTime = false;
     double speed = 1;
     bool capabilities = false;
     bool usage = false;
-};
-
-/// A folder for the phone's files: the one that is named, or one that goes with the process.
-class Root {
-public:
-    explicit Root(const std::optional<fs::path>& named) : isTemporary(!named) {
-        if (named) {
-            prepareRoot(*named);
-            folder = *named;
-            return;
-        }
-        // In memory where this machine has a place for such files, unless it is told another: the
-        // monitor has the list of wake-ups written anew in every cycle.
-        const fs::path memory = "/dev/shm";
-        const bool hasMemory = !std::getenv("TMPDIR") && access(memory.c_str(), W_OK) == 0;
-        const fs::path place = hasMemory ? memory : fs::temp_directory_path();
-        std::string made = (place / "springboard-XXXXXX").string();
-        if (!mkdtemp(made.data()))
-            throw BadInput(made + ": cannot be made; a TMPDIR with room would do");
-        folder = made;
-    }
-
-    ~Root() {
-        std::error_code ignored;
-        if (isTemporary)
-            fs::remove_all(folder, ignored);
-    }
-
-    Root(const Root&) = delete;
-    Root& operator=(const Root&) = delete;
-
-    fs::path folder;
-
-private:
-    bool isTemporary;
 };
 
 /// Never destroyed: the library's monitor lives on it as long as the process.
@@ -92,65 +66,103 @@ InjectedPhone& makePhone(const Options& options, const Scenario& scenario, const
 /// configuration in the environment that the process was started with.
 void startWithConfiguration(char** arguments) {
     const char* const variable = "GNUSTEP_CONFIG_FILE";
-    const fs::path executable = fs::read_symlink("/proc/self/exe");
-    const fs::path configuration = executable.parent_path() / "Resources/GNUstep.conf";
+    const fs::path configuration = executable().parent_path() / "Resources/GNUstep.conf";
     const char* const named = std::getenv(variable);
     if (named && configuration == named)
         return;
     setenv(variable, configuration.c_str(), 1);
-    execv(executable.c_str(), arguments);
+    execv(executable().c_str(), arguments);
     std::cerr << "SpringBoard: cannot start itself again: " << std::strerror(errno) << '\n';
     std::exit(foundWrong);
 }
 
-/// Nobody tidies up: the monitor thread is still there. A sanitizer that looks for leaks at the end
-/// of a process looks now.
+/// Ends the process without its destructors, as the monitor thread still runs. A sanitizer that
+/// looks for leaks at the end of a process looks now.
 [[noreturn]] void endProcess(int exitCode) {
     if (__lsan_do_leak_check)
         __lsan_do_leak_check();
     _exit(exitCode);
 }
 
-int play(const Options& options) {
-    const Scenario scenario = chosenScenario(options.scenario, options.overrides);
-    std::optional<TraceFile> trace;
-    if (options.trace)
-        trace.emplace(*options.trace, options.scenario ? std::vector<fs::path>{*options.scenario}
-                                                       : std::vector<fs::path>{});
-    const fs::path filter =
-        options.filter.value_or(fs::path(options.library).replace_extension(".plist"));
-    const bool matches = injectedLibrary::matches(filter, scenario.phone.bundle);
-    watchForInterruption();
-    const Root root(options.root);
-    if (options.realTime)
-        std::cout << std::unitbuf;
-    setUpFoundation(scenario.timezone.c_str());
-    watchFoundation();
+/// How `noctara` tells the story of this night from its trace.
+std::vector<std::string> storyArguments(const Options& options) {
+    std::vector<std::string> arguments{"replay", "-"};
+    const auto add = [&](const char* name, const auto& value) {
+        if (value) {
+            arguments.emplace_back(name);
+            arguments.push_back(*value);
+        }
+    };
+    add("--scenario", options.scenario);
+    add("--start", options.overrides.start);
+    add("--end", options.overrides.end);
+    if (options.log)
+        arguments.emplace_back("--log");
+    return arguments;
+}
 
-    InjectedPhone& phone = makePhone(options, scenario, root.folder);
-    adoptThePhonesClock();
-    NightReport report(phone, std::cout, options.log, trace ? &*trace : nullptr);
-    springBoard::begin();
-    if (matches)
-        injectedLibrary::inject(options.library);
-    else
-        report.story.tellOfInertness(scenario.phone.bundle);
-
-    if (options.capabilities) {
-        if (springBoard::scanCapabilities())
-            return 0;
+void reportCapabilities() {
+    if (!springBoard::scanCapabilities())
         throw BadInput("--capabilities: the device has no such report without the library");
-    }
+}
 
-    std::optional<std::string> endedEarly;
+/// Why the night ended early; absent when it did not.
+std::optional<std::string> playNight(InjectedPhone& phone) {
     try {
         springBoard::didFinishLaunching();
         if (!phone.playToTheEnd())
-            endedEarly = "it was interrupted";
+            return "it was interrupted";
     } catch (const MonitorSpins& spins) {
-        endedEarly = spins.what();
+        return spins.what();
     }
-    const int exitCode = report.finish(endedEarly);
+    return std::nullopt;
+}
+
+int play(const Options& options) {
+    const Scenario scenario = chosenScenario(options.scenario, options.overrides);
+    std::optional<TraceFile> traceFile;
+    if (options.trace)
+        traceFile.emplace(*options.trace, options.scenario
+                                              ? std::vector<fs::path>{*options.scenario}
+                                              : std::vector<fs::path>{});
+    const fs::path filter =
+        options.filter.value_or(fs::path(options.library).replace_extension(".plist"));
+    const bool matches = injectedLibrary::matches(filter, scenario.phone.bundle);
+    std::optional<TemporaryFolder> temporary;
+    if (options.root)
+        prepareRoot(*options.root);
+    else
+        temporary.emplace("springboard");
+    // It is started while this process has one thread and no interruption to note.
+    std::optional<StoryProcess> story;
+    if (!options.capabilities)
+        story.emplace(buildFolder() / "noctara", storyArguments(options), options.realTime);
+    watchForInterruption();
+    setUpFoundation(scenario.timezone.c_str());
+    watchFoundation();
+
+    InjectedPhone& phone =
+        makePhone(options, scenario, temporary ? temporary->path : *options.root);
+    std::optional<TraceWriter> trace;
+    if (traceFile)
+        phone.observe(trace.emplace(traceFile->begin()));
+    if (story)
+        phone.observe(*story);
+    springBoard::begin();
+    if (matches)
+        injectedLibrary::inject(options.library);
+    if (options.capabilities) {
+        reportCapabilities();
+        return 0;
+    }
+
+    const auto endedEarly = playNight(phone);
+    int exitCode = story->finish(phone.clock.wall(), endedEarly);
+    if (traceFile && !traceFile->finish()) {
+        std::cout << "\nSomething is wrong: the trace " << traceFile->path().string()
+                  << " could not be written whole.\n";
+        exitCode = foundWrong;
+    }
     if (options.usage)
         std::cout << '\n' << usageOfThisProcess();
     return exitCode;
@@ -204,28 +216,5 @@ int main(int count, char** arguments) {
                  "print the device's report of its capabilities instead");
     app.add_flag("--usage", options.usage, "tell at the end what the process has used");
 
-    try {
-        app.parse(count, arguments);
-    } catch (const CLI::ParseError& error) {
-        if (error.get_exit_code() == 0)
-            return app.exit(error);
-        std::cerr << "SpringBoard: " << error.what() << " (--help tells what there is)\n";
-        return badInput;
-    }
-
-    try {
-        const int exitCode = play(options);
-        if (std::cout.flush())
-            endProcess(exitCode);
-        std::cerr << "SpringBoard: the output could not be written whole\n";
-    } catch (const BadInput& error) {
-        std::cerr << "SpringBoard: " << error.what() << '\n';
-        return badInput;
-    } catch (const injectedLibrary::CannotInject& error) {
-        std::cerr << "SpringBoard: " << error.what() << '\n';
-        return badInput;
-    } catch (const std::exception& error) {
-        std::cerr << "SpringBoard: " << error.what() << '\n';
-    }
-    endProcess(foundWrong);
+    endProcess(runCommandLine(app, count, arguments, [&] { return play(options); }));
 }

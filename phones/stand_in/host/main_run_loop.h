@@ -5,14 +5,14 @@
 
 namespace noctara::mainRunLoop {
 
-/// Works off what has arrived, waiting for it up to that many seconds of this machine's. Main
-/// thread.
+/// Handles what has arrived. When nothing has, waits for it, at most `longestWait` seconds by the
+/// clock of this machine. Main thread.
 void runOnce(double longestWait);
 
-/// Has `runOnce` return soon. Any thread.
+/// Makes a `runOnce` that waits return. Any thread.
 void wake();
 
-/// Runs the loop until it has done `work`. Main thread.
+/// Runs the loop until it has performed `work`. Main thread.
 void perform(const std::function<void()>& work);
 
 } // namespace noctara::mainRunLoop

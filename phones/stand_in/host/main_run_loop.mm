@@ -40,7 +40,7 @@ void perform(const std::function<void()>& work) {
         HostWork* toDo = [[[HostWork alloc] init] autorelease];
         toDo->work = &work;
         [toDo performSelectorOnMainThread:@selector(perform) withObject:nil waitUntilDone:NO];
-        // The loop does what its own thread has sent before it waits for others.
+        // What this thread has sent to itself needs no wait.
         while (!toDo->done)
             runOnce(0);
     }

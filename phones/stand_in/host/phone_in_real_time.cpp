@@ -12,8 +12,8 @@ namespace noctara {
 
 namespace {
 
-/// Seconds of this machine after which the main thread looks whether something has become due that
-/// it did not know of.
+/// Seconds of this machine. Another thread can make something due earlier (a wake-up that the
+/// library schedules), so the main thread looks for that at least this often.
 constexpr double longestWait = 0.1;
 
 double monotonicClock() {
@@ -42,19 +42,25 @@ double PhoneInRealTime::present() const {
     return begin + (monotonicClock() - beginOnThisMachine) * speed;
 }
 
-Date PhoneInRealTime::wallClock() const {
-    return {present() + wallOffset};
+void PhoneInRealTime::catchUp() {
+    clock.monotonic = std::max(clock.monotonic, present());
 }
 
-void PhoneInRealTime::catchUp() {
-    clock.elapsedClock = std::max(clock.elapsedClock, present());
-    wallOffset = clock.wallOffset;
+std::int64_t PhoneInRealTime::readTime() {
+    const OnPhone inside(*this);
+    const double now = clock.wall().secondsSince1970;
+    return recorder.answer(Operation::time, static_cast<std::int64_t>(std::floor(now)));
+}
+
+Date PhoneInRealTime::readDate() {
+    const OnPhone inside(*this);
+    return {recorder.answer(Operation::date, clock.wall().secondsSince1970)};
 }
 
 void PhoneInRealTime::monitorSleeps(unsigned seconds) {
     {
         const OnPhone inside(*this);
-        recorder.call("sleep", {std::int64_t{seconds}});
+        recorder.call(Operation::sleep, {std::int64_t{seconds}});
     }
     if (seconds == 0)
         return;
@@ -69,10 +75,10 @@ bool PhoneInRealTime::playToTheEnd() {
         const double now = std::min(present(), end);
         advance(now);
         phoneMayHaveWokenUp.notify_all();
-        // The clock may have passed the end meanwhile, with something still to come before it.
+        // Compared with `now`, not with the present: what is due between the two has yet to happen.
         const bool hasEnded = now >= end;
         if (hasEnded || interrupted()) {
-            // Nobody else is to enter any more.
+            // The phone is not left again, so that the monitor's next call blocks.
             files.writeSystemFiles();
             return hasEnded;
         }

@@ -1,33 +1,35 @@
-/// The phone whose clock runs by itself, as fast as a real one or so many times faster. Its threads
-/// run at once, as on a phone.
+/// The phone whose clock runs with that of this machine, or at a multiple of its speed. Its threads
+/// run at the same time, as on a phone.
+///
+/// It records the library's reads of the clock as well: only with their results can such a night be
+/// replayed exactly.
 #pragma once
 
 #include "phones/stand_in/host/injected_phone.h"
 
-#include <atomic>
 #include <condition_variable>
 
 namespace noctara {
 
 class PhoneInRealTime final : public InjectedPhone {
 public:
-    /// `speed`: how many seconds pass on the phone in one of this machine's; over 0.
+    /// `speed`: the seconds that pass on the phone in one second of this machine; over 0.
     PhoneInRealTime(const Scenario& scenario, const std::filesystem::path& root, double speed);
 
-    Date wallClock() const override;
+    std::int64_t readTime() override;
+    Date readDate() override;
     void monitorSleeps(unsigned seconds) override;
     bool playToTheEnd() override;
 
 private:
     void catchUp() override;
 
-    /// By the phone's clock that is never set.
+    /// The present instant by the phone's monotonic clock.
     double present() const;
 
     const double speed;
-    const double begin;              ///< By the phone's clock that is never set.
-    const double beginOnThisMachine; ///< By its monotonic clock.
-    std::atomic<double> wallOffset = 0;
+    const double begin;              ///< By the phone's monotonic clock.
+    const double beginOnThisMachine; ///< By the machine's monotonic clock.
     std::condition_variable_any phoneMayHaveWokenUp;
 };
 

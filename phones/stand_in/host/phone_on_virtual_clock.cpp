@@ -3,17 +3,19 @@
 #include "phones/stand_in/host/interruption.h"
 #include "phones/stand_in/host/main_run_loop.h"
 
+#include <cmath>
+
 namespace noctara {
 
 namespace {
 
-/// Seconds to wait for the monitor before looking again; it says when there is something to see.
+/// Seconds. The monitor wakes the main run loop, so the wait for it needs no limit.
 constexpr double aLongTime = 1e6;
 
 } // namespace
 
 void PhoneOnVirtualClock::monitorStarts() {
-    wakeUpAt = clock.elapsedClock;
+    wakeUpAt = clock.monotonic;
     monitorThread = Thread::waiting;
 }
 
@@ -26,23 +28,25 @@ void PhoneOnVirtualClock::monitorEnds() {
     mainRunLoop::wake();
 }
 
-void PhoneOnVirtualClock::monitorLooksAtClock() {
+std::int64_t PhoneOnVirtualClock::readTime() {
     try {
-        noteLookAtClock();
+        noteClockRead();
     } catch (const MonitorSpins& spins) {
+        // The main thread ends the night, and this thread does not run again.
         whyItSpins = spins.what();
         waitForMainThread();
     }
+    return static_cast<std::int64_t>(std::floor(clock.wall().secondsSince1970));
 }
 
 void PhoneOnVirtualClock::monitorSleeps(unsigned seconds) {
     {
         const OnPhone inside(*this);
-        recorder.call("sleep", {std::int64_t{seconds}});
+        recorder.call(Operation::sleep, {std::int64_t{seconds}});
         if (seconds == 0)
             return;
         noteWait();
-        wakeUpAt = clock.elapsedClock + seconds;
+        wakeUpAt = clock.monotonic + seconds;
     }
     waitForMainThread();
 }
@@ -62,22 +66,12 @@ void PhoneOnVirtualClock::letMonitorRun() {
         throw MonitorSpins(whyItSpins);
 }
 
-/// False when the scenario ends before the monitor wakes up.
-bool PhoneOnVirtualClock::moveToWakeUp() {
-    while (power.isAsleep() || clock.elapsedClock < wakeUpAt) {
-        const double next = power.isAsleep() ? nextDue() : wakeUpAt;
-        if (next >= end)
-            return false;
-        advance(next);
-    }
-    return true;
-}
-
 bool PhoneOnVirtualClock::playToTheEnd() {
-    // From here on the phone is left only for the monitor, and for what is delivered to it.
+    // From here on the main thread leaves the phone only while the monitor runs, and while the main
+    // run loop delivers something to the library.
     const OnPhone inside(*this);
-    advance(clock.elapsedClock);
-    while (!interrupted() && monitorThread == Thread::waiting && moveToWakeUp())
+    advance(clock.monotonic);
+    while (!interrupted() && monitorThread == Thread::waiting && moveToWakeUp(wakeUpAt, end))
         performOutside([this] { letMonitorRun(); });
     const bool ends = !interrupted();
     if (ends)

@@ -1,5 +1,5 @@
-/// The phone whose clock moves only when the monitor waits: real threads, handed over one at a
-/// time, so that a night takes seconds and comes out the same every time.
+/// The phone whose clock moves only while the monitor waits. Its two threads are real ones, of
+/// which one runs at a time, so that a night takes seconds and comes out the same every time.
 #pragma once
 
 #include "phones/stand_in/host/injected_phone.h"
@@ -14,11 +14,11 @@ class PhoneOnVirtualClock final : public InjectedPhone {
 public:
     using InjectedPhone::InjectedPhone;
 
-    Date wallClock() const override { return clock.wall(); }
+    std::int64_t readTime() override;
+    Date readDate() override { return clock.wall(); }
     void monitorStarts() override;
     void monitorBegins() override;
     void monitorEnds() override;
-    void monitorLooksAtClock() override;
     void monitorSleeps(unsigned seconds) override;
     bool playToTheEnd() override;
 
@@ -28,12 +28,11 @@ private:
 
     void waitForMainThread();
     void letMonitorRun();
-    bool moveToWakeUp();
 
     std::atomic<Thread> monitorThread = Thread::absent;
     std::binary_semaphore monitorMayRun{0};
-    double wakeUpAt = 0;    ///< Of the waiting monitor, by the clock that is never set.
-    std::string whyItSpins; ///< Empty while it does not.
+    double wakeUpAt = 0;    ///< When the monitor's wait ends, by the monotonic clock.
+    std::string whyItSpins; ///< Empty as long as the monitor waits now and then.
 };
 
 } // namespace noctara

@@ -1,18 +1,19 @@
-/// SpringBoard, the process's application, as the rest of the host sends it messages.
+/// The messages that the host sends to SpringBoard's objects. The library may have replaced the
+/// methods.
 #pragma once
 
 namespace noctara::springBoard {
 
-/// Makes the application object. Main thread.
+/// Creates the application object. Main thread.
 void begin();
 
-/// `-[SpringBoard applicationDidFinishLaunching:]`, by whatever implements it by now.
+/// Sends `applicationDidFinishLaunching:` to the application. Main thread.
 void didFinishLaunching();
 
-/// `-[SBUIController ACPowerChanged]`, likewise.
+/// Sends `ACPowerChanged` to the SBUIController. Main thread.
 void acPowerChanged();
 
-/// `-[UIDevice scanCapabilities]`. False when the device does not respond to it.
+/// Sends `scanCapabilities` to the UIDevice. False when it does not respond to that. Main thread.
 bool scanCapabilities();
 
 } // namespace noctara::springBoard

@@ -1,4 +1,4 @@
-/// SpringBoard's own classes. What they are asked, they ask the phone.
+/// SpringBoard's own classes. Their methods pass every question on to the phone.
 #include "phones/stand_in/host/springboard.h"
 
 #include "phones/springboard/private_classes.h"
@@ -29,7 +29,7 @@ static noctara::ClassRef aClass() {
     return &thePhone();
 }
 
-/// The host's objects for things of the phone's: for the same one always the same.
+/// Objective-C objects that stand for parts of the phone, one object for each part.
 template <typename Object, typename Thing>
 class Objects {
 public:
@@ -51,7 +51,7 @@ private:
     std::map<Object*, Thing*> things;
 };
 
-// They live as long as the process does.
+// Never destroyed: the library uses them as long as the process runs.
 static auto& applications = *new Objects<SBApplication, noctara::Application>;
 static auto& icons = *new Objects<SBIcon, noctara::Icon>;
 
@@ -152,11 +152,13 @@ static auto& icons = *new Objects<SBIcon, noctara::Icon>;
 @implementation SBApplication
 
 - (NSString*)displayIdentifier {
-    return noctara::stringOf(applications.thingOf(self)->displayIdentifier());
+    const auto identifier = applications.thingOf(self)->displayIdentifier();
+    return identifier ? noctara::stringOf(*identifier) : nil;
 }
 
 - (NSString*)displayName {
-    return noctara::stringOf(applications.thingOf(self)->displayName());
+    const auto name = applications.thingOf(self)->displayName();
+    return name ? noctara::stringOf(*name) : nil;
 }
 
 - (id)process {

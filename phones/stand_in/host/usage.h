@@ -1,12 +1,12 @@
-/// What this process has used of the machine.
+/// The machine's resources that this process has used.
 #pragma once
 
 #include <string>
 
 namespace noctara {
 
-/// A few lines of text: of the monitor thread its processor time and voluntary context switches, of
-/// the process its processor time, peak memory and the heap in use.
+/// Lines of text: for each thread its processor time and its voluntary context switches, and for
+/// the process its processor time, peak memory and heap in use.
 std::string usageOfThisProcess();
 
 } // namespace noctara

@@ -1,18 +1,14 @@
-/// Methods of Foundation that the library sends, told to the phone's observers, with the paths of
-/// the phone's files led to where those are on this machine.
+/// Methods of Foundation as the library meets them: each call is recorded, the clock is the
+/// phone's, and a path of the phone's leads to the file on this machine. Calls by others are passed
+/// on.
 #pragma once
 
 namespace noctara {
 
-/// To be called once, before the library is injected. Main thread.
+/// Replaces the methods. To be called once, before the library is injected. Main thread.
 void watchFoundation();
 
-/// Makes Foundation what an application of the phone finds: a main run loop, and the phone's time
-/// zone. Main thread.
+/// Sets the time zone of Foundation's calendar, an IANA name. Main thread.
 void setUpFoundation(const char* timeZone);
-
-/// Has Foundation notice that the process's clock has become the phone's, without its complaining
-/// of it on standard error.
-void adoptThePhonesClock();
 
 } // namespace noctara

@@ -6,18 +6,14 @@
 
 #import <Foundation/Foundation.h>
 
-#include <fcntl.h>
 #include <objc/runtime.h>
-#include <unistd.h>
 
 using noctara::CallValue;
 using noctara::Dictionary;
 using noctara::injectedPhone;
 using noctara::OnPhone;
 
-#define CALLED_BY_THE_LIBRARY noctara::injectedLibrary::contains(__builtin_return_address(0))
-
-/// Replaces a method of a class by `replacement` and keeps the one it had in `original`.
+/// Replaces a method of a class and stores the implementation that it had in `original`.
 template <typename Function>
 static void replace(Class watched, SEL selector, Function* replacement, Function*& original) {
     const Method method = class_getInstanceMethod(watched, selector);
@@ -35,70 +31,59 @@ static NSString* placeOf(NSString* path) {
 
 // Bundles.
 
-using Answer = id(id, SEL);
-
-static Answer* ownBundleIdentifier;
+static id (*ownBundleIdentifier)(id, SEL);
 static id bundleIdentifier(id self, SEL selector) {
-    // The scenario may have the library in another process than SpringBoard.
-    if (self == [NSBundle mainBundle] && CALLED_BY_THE_LIBRARY)
+    // The scenario names the bundle of this process.
+    if (CALLED_BY_THE_LIBRARY)
         return noctara::stringOf(OnPhone(*injectedPhone)->process.bundleIdentifier());
     return ownBundleIdentifier(self, selector);
 }
 
-// Dates. GNUstep takes those in an XML property list for local time; the phone's Foundation, as
-// they are meant, for UTC.
+// Dates.
 
-/// While it lives, this thread's default time zone is UTC.
-class InUTC {
-public:
-    InUTC() { active = true; }
-    ~InUTC() { active = false; }
-    InUTC(const InUTC&) = delete;
-    InUTC& operator=(const InUTC&) = delete;
+static id (*ownDate)(id, SEL);
+static id readDate(id self, SEL selector) {
+    return CALLED_BY_THE_LIBRARY ? noctara::dateOf(injectedPhone->readDate())
+                                 : ownDate(self, selector);
+}
 
-    static inline thread_local bool active = false;
-};
-
-static Answer* ownDefaultTimeZone;
-static id defaultTimeZone(id self, SEL selector) {
-    return InUTC::active ? [NSTimeZone timeZoneForSecondsFromGMT:0]
-                         : ownDefaultTimeZone(self, selector);
+/// GNUstep reads the dates of an XML property list by this method. It takes them for local time,
+/// although the Z at their end stands for UTC.
+static id (*ownDateOfText)(id, SEL, NSString*, NSString*);
+static id dateOfText(id self, SEL selector, NSString* text, NSString* format) {
+    if (![format hasSuffix:@"Z"])
+        return ownDateOfText(self, selector, text, format);
+    return ownDateOfText(self, selector, [text stringByAppendingString:@"+0000"],
+                         [format stringByAppendingString:@"%z"]);
 }
 
 // Files.
 
-using AskOfPath = BOOL(id, SEL, NSString*);
-using ReadPath = id(id, SEL, NSString*);
-using WritePath = BOOL(id, SEL, NSString*, BOOL);
-using ParseData = id(id, SEL, NSData*, NSPropertyListMutabilityOptions, NSPropertyListFormat*,
-                     NSString**);
-
-static AskOfPath* ownFileExists;
+static BOOL (*ownFileExists)(id, SEL, NSString*);
 static BOOL fileExists(id self, SEL selector, NSString* path) {
     if (!CALLED_BY_THE_LIBRARY)
         return ownFileExists(self, selector, path);
     const OnPhone phone(*injectedPhone);
     phone->files.bringUpToDate(noctara::textOf(path));
-    return phone->recorder.answer("fileExistsAtPath:", {noctara::textOf(path)},
+    return phone->recorder.answer(noctara::Operation::fileExistsAtPath, {noctara::textOf(path)},
                                   ownFileExists(self, selector, placeOf(path)) != NO);
 }
 
-static ReadPath* ownReadDictionary;
+static id (*ownReadDictionary)(id, SEL, NSString*);
 static id readDictionary(id self, SEL selector, NSString* path) {
     if (!CALLED_BY_THE_LIBRARY)
         return ownReadDictionary(self, selector, path);
     const OnPhone phone(*injectedPhone);
     phone->files.bringUpToDate(noctara::textOf(path));
-    const InUTC datesAreMeant;
     NSDictionary* dictionary = ownReadDictionary(self, selector, placeOf(path));
     const Dictionary content = noctara::dictionaryOf(dictionary);
-    phone->recorder.answered("initWithContentsOfFile:", {noctara::textOf(path)},
+    phone->recorder.answered(noctara::Operation::initWithContentsOfFile, {noctara::textOf(path)},
                              dictionary ? CallValue(&content) : CallValue());
     return dictionary;
 }
 
-/// What the phone's Foundation does to write a dictionary. GNUstep's makes an old-style property
-/// list of it, or an empty file when there is text beyond ASCII in it; its serializer does neither.
+/// Writes a dictionary as the phone's Foundation does. GNUstep's method of the dictionary writes an
+/// old-style property list instead, in which a number has a form that only GNUstep reads.
 static bool writeAsXML(NSDictionary* dictionary, NSString* path, BOOL atomically) {
     NSData* xml = [NSPropertyListSerialization dataFromPropertyList:dictionary
                                                              format:NSPropertyListXMLFormat_v1_0
@@ -106,7 +91,7 @@ static bool writeAsXML(NSDictionary* dictionary, NSString* path, BOOL atomically
     return [xml writeToFile:path atomically:atomically];
 }
 
-static WritePath* ownWriteDictionary;
+static BOOL (*ownWriteDictionary)(id, SEL, NSString*, BOOL);
 static BOOL writeDictionary(id self, SEL selector, NSString* path, BOOL atomically) {
     if (!CALLED_BY_THE_LIBRARY)
         return ownWriteDictionary(self, selector, path, atomically);
@@ -114,15 +99,16 @@ static BOOL writeDictionary(id self, SEL selector, NSString* path, BOOL atomical
     const bool written =
         phone->files.disk == noctara::DiskState::ok && writeAsXML(self, placeOf(path), atomically);
     const Dictionary content = noctara::dictionaryOf(self);
-    // The simulated phone has no other way to write: one that can lose the file is another call.
-    return phone->recorder.answer(atomically ? "writeToFile:atomically:" : "writeToFile:",
+    // A write that is not atomic can lose the file, so the trace tells the two apart.
+    return phone->recorder.answer(atomically ? noctara::Operation::writeToFileAtomically
+                                             : noctara::Operation::writeToFileInPlace,
                                   {noctara::textOf(path), &content}, written);
 }
 
-/// What the thread has read last, to be parsed next.
+/// The file that this thread read last. The data to parse does not say where it comes from.
 static thread_local std::string lastPathRead;
 
-static ReadPath* ownReadData;
+static id (*ownReadData)(id, SEL, NSString*);
 static id readData(id self, SEL selector, NSString* path) {
     if (!CALLED_BY_THE_LIBRARY)
         return ownReadData(self, selector, path);
@@ -132,31 +118,29 @@ static id readData(id self, SEL selector, NSString* path) {
     return ownReadData(self, selector, placeOf(path));
 }
 
-static ParseData* ownParse;
+static id (*ownParse)(id, SEL, NSData*, NSPropertyListMutabilityOptions, NSPropertyListFormat*,
+                      NSString**);
 static id parse(id self, SEL selector, NSData* data, NSPropertyListMutabilityOptions mutability,
                 NSPropertyListFormat* format, NSString** error) {
     if (!CALLED_BY_THE_LIBRARY)
         return ownParse(self, selector, data, mutability, format, error);
-    const InUTC datesAreMeant;
     id parsed = ownParse(self, selector, data, mutability, format, error);
     const auto value = noctara::valueOf(parsed);
     OnPhone(*injectedPhone)
-        ->recorder.answered("propertyListFromData:", {lastPathRead},
+        ->recorder.answered(noctara::Operation::propertyListFromData, {lastPathRead},
                             parsed ? CallValue(&value) : CallValue());
     return parsed;
 }
 
 // Notifications inside the process.
 
-using PostNotification = void(id, SEL, NSString*, id, NSDictionary*);
-
-static PostNotification* ownPostNotification;
+static void (*ownPostNotification)(id, SEL, NSString*, id, NSDictionary*);
 static void postNotification(id self, SEL selector, NSString* name, id object,
                              NSDictionary* userInfo) {
     if (CALLED_BY_THE_LIBRARY) {
         const Dictionary content = noctara::dictionaryOf(userInfo);
         OnPhone(*injectedPhone)
-            ->recorder.call("postNotificationName:object:userInfo:",
+            ->recorder.call(noctara::Operation::postNotification,
                             {noctara::textOf(name), &content});
     }
     ownPostNotification(self, selector, name, object, userInfo);
@@ -164,23 +148,21 @@ static void postNotification(id self, SEL selector, NSString* name, id object,
 
 // Threads.
 
-using Run = void(id, SEL);
-using Hop = void(id, SEL, SEL, id, BOOL);
-
 static NSThread* monitorThread = nil;
 
-static Run* ownStartThread;
+static void (*ownStartThread)(id, SEL);
 static void startThread(id self, SEL selector) {
     if (CALLED_BY_THE_LIBRARY) {
         OnPhone(*injectedPhone)
-            ->recorder.call("NSThread start", {noctara::textOf([(NSThread*)self name])});
+            ->recorder.call(noctara::Operation::NSThreadStart,
+                            {noctara::textOf([(NSThread*)self name])});
         monitorThread = self;
         injectedPhone->monitorStarts();
     }
     ownStartThread(self, selector);
 }
 
-static Run* ownThreadMain;
+static void (*ownThreadMain)(id, SEL);
 static void threadMain(id self, SEL selector) {
     if (self != monitorThread) {
         ownThreadMain(self, selector);
@@ -191,11 +173,11 @@ static void threadMain(id self, SEL selector) {
     injectedPhone->monitorEnds();
 }
 
-static Hop* ownHop;
+static void (*ownHop)(id, SEL, SEL, id, BOOL);
 static void hop(id self, SEL selector, SEL performed, id object, BOOL wait) {
     if (CALLED_BY_THE_LIBRARY)
         OnPhone(*injectedPhone)
-            ->recorder.call("performSelectorOnMainThread:withObject:waitUntilDone:",
+            ->recorder.call(noctara::Operation::performSelectorOnMainThread,
                             {sel_getName(performed)});
     ownHop(self, selector, performed, object, wait);
 }
@@ -204,8 +186,9 @@ namespace noctara {
 
 void watchFoundation() {
     replace([NSBundle class], @selector(bundleIdentifier), bundleIdentifier, ownBundleIdentifier);
-    replace(metaclassOf([NSTimeZone class]), @selector(defaultTimeZone), defaultTimeZone,
-            ownDefaultTimeZone);
+    replace(metaclassOf([NSDate class]), @selector(date), readDate, ownDate);
+    replace(metaclassOf([NSCalendarDate class]), @selector(dateWithString:calendarFormat:),
+            dateOfText, ownDateOfText);
     replace([NSFileManager class], @selector(fileExistsAtPath:), fileExists, ownFileExists);
     replace([NSDictionary class], @selector(initWithContentsOfFile:), readDictionary,
             ownReadDictionary);
@@ -229,18 +212,6 @@ void setUpFoundation(const char* timeZone) {
             setDefaultTimeZone:[NSTimeZone
                                    timeZoneWithName:[NSString stringWithUTF8String:timeZone]]];
     }
-}
-
-void adoptThePhonesClock() {
-    const int standardError = dup(STDERR_FILENO);
-    const int nowhere = open("/dev/null", O_WRONLY);
-    dup2(nowhere, STDERR_FILENO);
-    @autoreleasepool {
-        [NSDate date];
-    }
-    dup2(standardError, STDERR_FILENO);
-    close(standardError);
-    close(nowhere);
 }
 
 } // namespace noctara

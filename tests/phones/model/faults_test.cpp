@@ -1,10 +1,10 @@
-/// The simulated phone's files and faults: in memory or as real files, whole or damaged, on a disk
-/// that takes them or not.
+/// The simulated phone's files, in memory or on a disk: damaged and missing files, a disk that
+/// cannot be written, and other faults.
 #include "phones/model/files_model.h"
 
+#include "input/temporary_folder.h"
 #include "phones/simulated/simulated_phone.h"
 #include "tests/a_night.h"
-#include "tests/temporary_folder.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -24,7 +24,7 @@ class TheSimulatedFiles : public ANight {
 protected:
     const std::string path = settingsFilePath;
 
-    Files& files() { return phone().platform().files; }
+    Files& files() { return *phone().platform().files; }
 
     std::optional<Dictionary> settingsFile() {
         const auto file = phone().files.content(path);
@@ -35,18 +35,18 @@ protected:
     std::vector<std::string> night() {
         std::vector<std::string> found;
         for (const auto& line : calls.lines)
-            found.push_back(line.json.dump());
+            found.push_back(line.json);
         return found;
     }
 
-    /// The operations on files: read, written, parsed, asked for.
+    /// The operations on files.
     std::vector<std::string> fileCalls() {
         return calls.of({"fileExistsAtPath:", "initWithContentsOfFile:", "writeToFile:atomically:",
                          "propertyListFromData:"});
     }
 };
 
-/// Each test with files in memory and with real ones.
+/// Each test runs with files in memory and with real files.
 class EitherFileStore : public TheSimulatedFiles, public testing::WithParamInterface<bool> {
 protected:
     void switchOnWithStore() {
@@ -94,14 +94,14 @@ TEST_P(EitherFileStore, finds_a_file_under_both_names_of_its_folder) {
 TEST_P(EitherFileStore, keeps_the_old_file_whole_on_a_full_or_read_only_disk) {
     scenario.settings = settings;
     switchOnWithStore();
-    for (const char* disk : {"full", "read-only"}) {
-        phone().happens("disk", disk);
+    for (const DiskState disk : {DiskState::full, DiskState::readOnly}) {
+        phone().happens(DiskChange{disk});
         EXPECT_FALSE(files().writeDictionary(path, {{"Enabled", false}}));
         EXPECT_FALSE(files().writeDictionary("/private/var/new.plist", {{"a", 1}}));
         EXPECT_EQ(files().readDictionary(path), settings);
         EXPECT_FALSE(files().exists("/private/var/new.plist"));
     }
-    phone().happens("disk", "ok");
+    phone().happens(DiskChange{DiskState::ok});
     EXPECT_TRUE(files().writeDictionary(path, {{"Enabled", false}}));
     EXPECT_EQ(files().readDictionary(path), (Dictionary{{"Enabled", false}}));
 }
@@ -109,12 +109,12 @@ TEST_P(EitherFileStore, keeps_the_old_file_whole_on_a_full_or_read_only_disk) {
 TEST_P(EitherFileStore, can_have_its_settings_file_damaged_and_taken_away) {
     scenario.settings = settings;
     switchOnWithStore();
-    phone().happens("settings_file", "damaged");
+    phone().happens(SettingsFileChange{SettingsFileFault::damaged});
     EXPECT_TRUE(files().exists(path));
     EXPECT_EQ(files().readDictionary(path), std::nullopt);
     EXPECT_NE(files().parse(path).error, "");
 
-    phone().happens("settings_file", "missing");
+    phone().happens(SettingsFileChange{SettingsFileFault::missing});
     EXPECT_FALSE(files().exists(path));
     EXPECT_EQ(files().readDictionary(path), std::nullopt);
 }
@@ -125,7 +125,7 @@ TEST_P(EitherFileStore, merges_changed_settings_in_their_places) {
     change({{"Debug", true}, {"New", 7}});
     EXPECT_EQ(settingsFile(),
               (Dictionary{{"Enabled", true}, {"Debug", true}, {"Stop", false}, {"New", 7}}));
-    phone().happens("remove_settings", Array{"Enabled", "New", "never there"});
+    phone().happens(SettingsRemoval{{"Enabled", "New", "never there"}});
     EXPECT_EQ(settingsFile(), (Dictionary{{"Debug", true}, {"Stop", false}}));
 }
 
@@ -137,17 +137,17 @@ TEST_F(TheSimulatedFiles, give_the_same_calls_in_memory_and_as_real_files) {
                 {"Debug", true},     {"PhoneSwitch", true},   {"note", "caf\xC3\xA9"}};
     const double start = scenario.start.secondsSince1970;
     scenario.wakes = {{"com.apple.alarm", {start + 4000.5}}};
-    scenario.events = {{{start + 60}, "posture", "screen-down"},
-                       {{start + 200}, "settings", Dictionary{{"Sensitivity", 3}, {"real", 0.3}}},
-                       {{start + 250}, "remove_settings", Array{"Vibrate"}},
-                       {{start + 700}, "disk", "full"},
-                       {{start + 720}, "settings_file", "missing"},
-                       {{start + 730}, "settings", Dictionary{{"Enabled", true}}},
-                       {{start + 800}, "disk", "ok"},
-                       {{start + 810}, "settings", Dictionary{{"Debug", true}}},
-                       {{start + 820}, "settings_file", "damaged"},
-                       {{start + 830}, "settings", Dictionary{{"TimeLimit", false}}},
-                       {{start + 5000}, "posture", "in-hand"}};
+    scenario.events = {{{start + 60}, PostureChange{ScreenDown}},
+                       {{start + 200}, SettingsChange{{{"Sensitivity", 3}, {"real", 0.3}}}},
+                       {{start + 250}, SettingsRemoval{{"Vibrate"}}},
+                       {{start + 700}, DiskChange{DiskState::full}},
+                       {{start + 720}, SettingsFileChange{SettingsFileFault::missing}},
+                       {{start + 730}, SettingsChange{{{"Enabled", true}}}},
+                       {{start + 800}, DiskChange{DiskState::ok}},
+                       {{start + 810}, SettingsChange{{{"Debug", true}}}},
+                       {{start + 820}, SettingsFileChange{SettingsFileFault::damaged}},
+                       {{start + 830}, SettingsChange{{{"TimeLimit", false}}}},
+                       {{start + 5000}, PostureChange{InHand}}};
     scenario.settings = settings;
 
     std::vector<std::vector<std::string>> nights;
@@ -187,7 +187,7 @@ TEST_F(TheSimulatedFiles, of_the_system_are_up_to_date_outside_at_the_end_of_the
     scenario.end.secondsSince1970 = scenario.start.secondsSince1970 + 60;
     switchOn(makeDirectoryFileStore(folder.path));
     launch();
-    lies("screen-down");
+    lies(ScreenDown);
     phone().playToTheEnd();
     const auto file =
         makeDirectoryFileStore(folder.path)
@@ -209,10 +209,10 @@ TEST_F(TheSimulatedFiles, changed_by_others_are_no_calls) {
     scenario.settings = settings;
     switchOn();
     change({{"Debug", true}});
-    phone().happens("remove_settings", Array{"Debug"});
-    phone().happens("settings_file", "damaged");
-    phone().happens("settings_file", "missing");
-    phone().happens("disk", "full");
+    phone().happens(SettingsRemoval{{"Debug"}});
+    phone().happens(SettingsFileChange{SettingsFileFault::damaged});
+    phone().happens(SettingsFileChange{SettingsFileFault::missing});
+    phone().happens(DiskChange{DiskState::full});
     EXPECT_THAT(calls.calls(),
                 ElementsAre(R"(event settings {"Debug":true})",
                             R"(event remove_settings ["Debug"])",
@@ -241,7 +241,7 @@ TEST_F(TheSimulatedFiles, announce_settings_that_stayed_as_they_were) {
 TEST_F(TheSimulatedFiles, announce_settings_that_a_full_disk_did_not_take) {
     begin();
     playReadings(1);
-    phone().happens("disk", "full");
+    phone().happens(DiskChange{DiskState::full});
     calls.clear();
     change({{"Sensitivity", 9}});
     EXPECT_EQ(calls.count("initWithContentsOfFile:"), 1U);
@@ -253,17 +253,17 @@ TEST_F(TheSimulatedFiles, damaged_or_missing_are_not_announced) {
     begin();
     playReadings(1);
     calls.clear();
-    phone().happens("settings_file", "damaged");
-    phone().happens("settings_file", "missing");
+    phone().happens(SettingsFileChange{SettingsFileFault::damaged});
+    phone().happens(SettingsFileChange{SettingsFileFault::missing});
     EXPECT_THAT(fileCalls(), IsEmpty());
 }
 
 TEST_F(TheSimulatedFiles, that_are_missing_are_made_anew_by_the_settings_screen) {
     switchOn();
-    for (const char* state : {"missing", "damaged"}) {
-        phone().happens("settings_file", state);
+    for (const auto& [fault, word] : settingsFileFaultWords) {
+        phone().happens(SettingsFileChange{fault});
         change({{"Enabled", true}});
-        EXPECT_EQ(settingsFile(), (Dictionary{{"Enabled", true}})) << state;
+        EXPECT_EQ(settingsFile(), (Dictionary{{"Enabled", true}})) << word;
     }
 }
 
@@ -280,7 +280,7 @@ TEST_F(TheSimulatedFiles, include_the_two_sounds_unless_they_are_not_installed) 
         scenario.phone.sounds = installed;
         switchOn();
         SoundID sound = 77;
-        EXPECT_EQ(phone().platform().sounds.create("/a.mp3", sound), installed);
+        EXPECT_EQ(phone().platform().sounds->create("/a.mp3", sound), installed);
         EXPECT_EQ(sound, installed ? 1U : 77U);
     }
     EXPECT_THAT(calls.calls(), ElementsAre(R"(AudioServicesCreateSystemSoundID ["/a.mp3"] -> 1)",
@@ -288,12 +288,12 @@ TEST_F(TheSimulatedFiles, include_the_two_sounds_unless_they_are_not_installed) 
 }
 
 TEST_F(TheSimulatedFiles, say_nothing_of_an_accelerometer_that_delivers_no_sample) {
-    scenario.phone.posture = "none";
+    scenario.phone.posture = NamedPosture::None;
     begin();
     playReadings(1);
     EXPECT_THAT(calls.of({"deviceMotion", "accelerometerData"}),
                 ElementsAre("deviceMotion -> null", "accelerometerData -> null"));
-    lies("screen-down");
+    lies(ScreenDown);
     playReadings(1);
     EXPECT_THAT(calls.of({"accelerometerData"}), Contains("accelerometerData -> [0.0,0.0,1.0]"));
 }

@@ -1,4 +1,4 @@
-/// Damaged property lists, and those made to exhaust their reader.
+/// Property lists that are damaged, or made to exhaust the memory or the stack of their reader.
 #include "phones/model/property_list_file.h"
 
 #include "tests/phones/model/property_list_samples.h"
@@ -115,8 +115,7 @@ TEST(DamagedBinary, with_a_key_that_is_not_text_is_refused) {
 TEST(DamagedBinary, with_a_date_out_of_range_is_refused) {
     using Limits = std::numeric_limits<double>;
     for (const double seconds : {1e300, -1e300, Limits::quiet_NaN(), Limits::infinity(), 3e11})
-        EXPECT_EQ(errorOf(binaryOf({binaryReal(0x33, seconds)})), "a date that is not one")
-            << seconds;
+        EXPECT_EQ(errorOf(binaryOf({binaryReal(0x33, seconds)})), "an invalid date") << seconds;
 }
 
 TEST(DamagedBinary, with_text_that_is_not_utf_8_is_refused) {
@@ -133,13 +132,13 @@ TEST(DamagedBinary, with_a_nul_or_half_a_character_is_refused) {
     for (const std::string& text :
          {byte(0x52) + "a" + byte(0), utf16({0x61, 0}), utf16({0xD83D}), utf16({0xDE00, 0xD83D}),
           utf16({0xD83D, 0x61}), utf16({0x61, 0xDE00})}) {
-        EXPECT_EQ(errorOf(binaryOf({text})), "text with a NUL or half a character");
+        EXPECT_EQ(errorOf(binaryOf({text})), "text with a NUL or an incomplete character");
         EXPECT_EQ(errorOf(binaryOf({byte(0xD1) + byte(1) + byte(2), text, binaryTrue})),
-                  "text with a NUL or half a character");
+                  "text with a NUL or an incomplete character");
     }
-    // What lies behind the text looks like the other half.
+    // The bytes after the text look like the other half.
     EXPECT_EQ(errorOf(binaryOf({utf16({0xD83D}), byte(0xDE) + byte(0)})),
-              "text with a NUL or half a character");
+              "text with a NUL or an incomplete character");
     EXPECT_EQ(errorOf(binaryOf({utf16({0xD83D, 0xDE00, 0x61})})), "");
 }
 
@@ -223,7 +222,7 @@ TEST(AHostileList, may_end_its_64_levels_with_an_empty_array) {
 }
 
 TEST(AHostileList, that_nests_too_deep_on_a_second_way_only_is_refused) {
-    // The first reference leads straight to the chain's middle, the second through all of it.
+    // The first reference leads to the middle of the chain, the second to its start.
     std::vector<std::string> objects{byte(0xA2) + byte(40) + byte(1)};
     for (unsigned i = 1; i <= 80; ++i)
         objects.push_back(byte(0xA1) + byte(i + 1));

@@ -1,4 +1,4 @@
-/// Local time against changes of the clocks that are known from the calendar of the world.
+/// Local time at known changes of the clocks.
 #include "phones/model/local_time.h"
 
 #include <gtest/gtest.h>
@@ -39,7 +39,10 @@ double firstSeconds(const TimeZone& zone, const DateComponents& components) {
 }
 
 TEST(ATimeZone, of_an_unknown_name_is_refused) {
-    for (const char* name : {"Europe/Pariss", "", "europe/paris", "../Europe/Paris", "Europe"})
+    for (const char* name :
+         {"Europe/Pariss", "", "europe/paris", "Europe/Paris ", "../Europe/Paris", "Europe",
+          "Europe/../Europe/Paris", "/usr/share/zoneinfo/Europe/Paris", "file:Europe/Paris",
+          "libc:localtime", "localtime", "Fixed/UTC+01:00:00", "UTC0", "zone.tab"})
         EXPECT_THROW(TimeZone{name}, std::runtime_error) << name;
 }
 
@@ -146,7 +149,6 @@ TEST(ATimeZone, carries_the_largest_and_smallest_hours_over) {
     EXPECT_EQ(seconds(paris, {1970, 1, 1, Limits::min(), 0, 0}), -2147483648.0 * hour - 561);
     const DateComponents far = paris.components({2147483647.0 * hour});
     EXPECT_EQ(seconds(paris, far), 2147483647.0 * hour);
-    EXPECT_EQ(far.year, 246953);
 }
 
 TEST(ATimeZone, bears_any_number_as_a_date_and_any_parts) {
@@ -186,7 +188,7 @@ TEST(ATimeZone, goes_on_changing_its_clocks_after_2037) {
     EXPECT_EQ(seconds(newYork, {2067, 11, 6, 1, 30}) - firstSeconds(newYork, {2067, 11, 6, 1, 30}),
               hour);
 
-    // The south is in summer at the turn of the year.
+    // In the south, summer time is in effect at the turn of the year.
     const TimeZone sydney("Australia/Sydney");
     EXPECT_EQ(sydney.components({2524608000}), (DateComponents{2050, 1, 1, 11, 0, 0}));
     EXPECT_EQ(sydney.components({2540592000}), (DateComponents{2050, 7, 5, 10, 0, 0}));
@@ -211,7 +213,7 @@ TEST_P(ATimeZoneAllYear, finds_back_to_every_quarter_of_an_hour_that_does_not_re
         if (first != last)
             ++repeated;
     }
-    // Each repeated local time is met twice; no zone here repeats more than two hours a year.
+    // Each repeated local time occurs twice. No zone here repeats more than two hours a year.
     EXPECT_LE(repeated, 16);
     EXPECT_EQ(repeated % 2, 0);
 }

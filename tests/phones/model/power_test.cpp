@@ -1,7 +1,9 @@
-/// The simulated phone's power: idle sleep, the messages about it, and what wakes the phone up.
+/// The simulated phone's power: idle sleep, its messages, and the events that end it.
 #include "phones/model/power_model.h"
 
 #include "tests/a_night.h"
+
+#include <nlohmann/json.hpp>
 
 namespace noctara {
 
@@ -10,8 +12,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Messages by the name of their type.
-const char* nameOf(std::int64_t type) {
+/// The names of the message types.
+const char* messageName(std::int64_t type) {
     switch (type) {
     case 0xE0000270:
         return "can sleep";
@@ -24,8 +26,8 @@ const char* nameOf(std::int64_t type) {
     }
 }
 
-/// A phone that goes to sleep after 60 idle seconds, and a listener that allows it or not. Nothing
-/// is launched unless a test says so.
+/// A phone that goes to sleep after 60 idle seconds, and a listener that allows or refuses it.
+/// SpringBoard is launched only by tests that need it.
 class TheSimulatedPower : public ANight {
 protected:
     TheSimulatedPower() {
@@ -47,9 +49,9 @@ protected:
     std::vector<std::string> messages() {
         std::vector<std::string> found;
         for (const auto& line : calls.lines)
-            if (line.json.value("event", "") == "power_message")
+            if (const auto json = line.parsed(); json.value("event", "") == "power_message")
                 found.push_back(std::to_string(static_cast<int>(line.at - start)) + ' ' +
-                                nameOf(line.json["args"]["type"]));
+                                messageName(json["args"]["type"]));
         return found;
     }
 
@@ -63,7 +65,7 @@ protected:
     static void answer(void*, std::uint32_t, std::uint32_t type, void* argument) {
         auto& test = *listeningTest;
         const auto notification = reinterpret_cast<std::intptr_t>(argument);
-        test.heard.emplace_back(nameOf(type));
+        test.heard.emplace_back(messageName(type));
         if (type == kIOMessageCanSystemSleep && test.refusals > 0) {
             --test.refusals;
             test.power().cancelPowerChange(test.connection, notification);
@@ -126,7 +128,7 @@ TEST_F(TheSimulatedPower, never_sleeps_on_the_charger_and_waits_anew_without_it)
     switchOn();
     playFor(500);
     EXPECT_THAT(messages(), IsEmpty());
-    phone().happens("charger", false);
+    phone().happens(ChargerChange{false});
     playFor(100);
     EXPECT_THAT(messages(), ElementsAre("560 can sleep", "560 will sleep"));
 }
@@ -190,30 +192,33 @@ TEST_F(TheSimulatedPower, gives_no_connection_and_no_port_when_registration_fail
 }
 
 TEST_F(TheSimulatedPower, waits_anew_after_whatever_the_user_does) {
-    const std::vector<std::pair<const char*, PropertyList>> deeds{
-        {"button", true},    {"airplane", true},
-        {"wifi", false},     {"bluetooth", false},
-        {"location", false}, {"cellular_data", false},
-        {"max_rate", "2G"},  {"remove_settings", Array{"Debug"}},
-        {"call", "active"},  {"settings", Dictionary{{"Debug", true}}},
-        {"charger", false},
-    };
-    for (const auto& [action, value] : deeds) {
+    const std::vector<Event> deeds{ButtonPress{},
+                                   AirplaneModeSwitch{true},
+                                   WifiSwitch{false},
+                                   BluetoothSwitch{false},
+                                   LocationSwitch{false},
+                                   CellularDataSwitch{false},
+                                   MaxRateChange{DataRate::kCTRegistrationDataRate2G},
+                                   SettingsRemoval{{"Debug"}},
+                                   CallChange{CallState::active},
+                                   SettingsChange{{{"Debug", true}}},
+                                   ChargerChange{false}};
+    for (const auto& deed : deeds) {
         calls.clear();
         switchOn();
         playFor(50);
-        phone().happens(action, value);
+        phone().happens(deed);
         playFor(59);
-        EXPECT_THAT(messages(), IsEmpty()) << action;
+        EXPECT_THAT(messages(), IsEmpty()) << nameOf(deed);
         playFor(1);
-        EXPECT_THAT(messages(), ElementsAre("110 can sleep", "110 will sleep")) << action;
+        EXPECT_THAT(messages(), ElementsAre("110 can sleep", "110 will sleep")) << nameOf(deed);
     }
 }
 
 TEST_F(TheSimulatedPower, does_not_take_a_move_for_the_users_attention) {
     switchOn();
     playFor(50);
-    lies("in-hand");
+    lies(InHand);
     playFor(20);
     EXPECT_THAT(messages(), ElementsAre("60 can sleep", "60 will sleep"));
 }
@@ -221,45 +226,44 @@ TEST_F(TheSimulatedPower, does_not_take_a_move_for_the_users_attention) {
 TEST_F(TheSimulatedPower, does_not_take_a_device_that_connects_for_the_users_attention) {
     switchOn();
     playFor(50);
-    phone().happens("bluetooth_connected", true);
+    phone().happens(BluetoothConnection{true});
     playFor(20);
     EXPECT_THAT(messages(), ElementsAre("60 can sleep", "60 will sleep"));
 }
 
 TEST_F(TheSimulatedPower, wakes_at_the_button_a_call_or_a_change_of_the_charger) {
-    const std::vector<std::pair<const char*, PropertyList>> reasons{
-        {"button", true}, {"call", "incoming"}, {"charger", true}};
-    for (const auto& [action, value] : reasons) {
+    const std::vector<Event> reasons{ButtonPress{}, CallChange{CallState::incoming},
+                                     ChargerChange{true}};
+    for (const auto& reason : reasons) {
         sleepAt60();
-        phone().happens(action, value);
-        EXPECT_FALSE(power().isAsleep()) << action;
-        EXPECT_THAT(messages(), ElementsAre("100 has powered on")) << action;
-        EXPECT_EQ(calls.lines.front().json["event"], action);
+        phone().happens(reason);
+        EXPECT_FALSE(power().isAsleep()) << nameOf(reason);
+        EXPECT_THAT(messages(), ElementsAre("100 has powered on")) << nameOf(reason);
+        EXPECT_EQ(calls.lines.front().parsed()["event"], nameOf(reason));
     }
 }
 
 TEST_F(TheSimulatedPower, sleeps_on_through_everything_else) {
-    const std::vector<std::pair<const char*, PropertyList>> others{
-        {"posture", "moving"},
-        {"call", "none"},
-        {"settings", Dictionary{{"Debug", true}}},
-        {"wifi", false},
-        {"disk", "full"},
-        {"telephony_server", false},
-        {"power_message", std::int64_t{kIOMessageSystemHasPoweredOn}},
-        {"stop", true}};
-    for (const auto& [action, value] : others) {
+    const std::vector<Event> others{PostureChange{Moving},
+                                    CallChange{CallState::none},
+                                    SettingsChange{{{"Debug", true}}},
+                                    WifiSwitch{false},
+                                    DiskChange{DiskState::full},
+                                    TelephonyServerChange{false},
+                                    PowerMessage{kIOMessageSystemHasPoweredOn},
+                                    MonitorStop{}};
+    for (const auto& other : others) {
         sleepAt60();
-        phone().happens(action, value);
+        phone().happens(other);
         playFor(1000);
-        EXPECT_TRUE(power().isAsleep()) << action;
-        EXPECT_THAT(messages(), IsEmpty()) << action;
+        EXPECT_TRUE(power().isAsleep()) << nameOf(other);
+        EXPECT_THAT(messages(), IsEmpty()) << nameOf(other);
     }
 }
 
 TEST_F(TheSimulatedPower, waits_the_idle_time_again_after_waking) {
     sleepAt60();
-    phone().happens("button", true);
+    phone().happens(ButtonPress{});
     playFor(59);
     EXPECT_FALSE(power().isAsleep());
     playFor(1);
@@ -305,6 +309,15 @@ TEST_F(TheSimulatedPower, is_not_woken_by_a_wake_up_taken_back) {
     EXPECT_FALSE(power().isAsleep());
 }
 
+TEST_F(TheSimulatedPower, takes_a_wake_up_back_by_the_whole_seconds_that_a_file_keeps_of_it) {
+    switchOn();
+    power().schedule({start + 900.25}, "com.quorbit.Noctara");
+    power().cancel({start + 901}, "com.quorbit.Noctara");
+    EXPECT_EQ(power().scheduledWakes().size(), 1U);
+    power().cancel({start + 900}, "com.quorbit.Noctara");
+    EXPECT_THAT(power().scheduledWakes(), IsEmpty());
+}
+
 TEST_F(TheSimulatedPower, lists_its_wake_ups_in_the_systems_file) {
     const std::string path =
         "/private/var/preferences/SystemConfiguration/com.apple.AutoWake.plist";
@@ -322,7 +335,7 @@ TEST_F(TheSimulatedPower, lists_its_wake_ups_in_the_systems_file) {
 TEST_F(TheSimulatedPower, wakes_by_the_wall_clock) {
     scenario.wakes = {{"com.apple.alarm", {start + 7300}}};
     sleepAt60();
-    phone().happens("clock", Date{start + 7200});
+    phone().happens(ClockChange{Date{start + 7200}});
     playFor(99);
     EXPECT_TRUE(power().isAsleep());
     playFor(1);
@@ -333,7 +346,7 @@ TEST_F(TheSimulatedPower, wakes_by_the_wall_clock) {
 TEST_F(TheSimulatedPower, waits_for_idle_sleep_by_a_clock_that_is_never_set) {
     switchOn();
     playFor(30);
-    phone().happens("clock", Date{start - 86400});
+    phone().happens(ClockChange{Date{start - 86400}});
     playFor(30);
     EXPECT_TRUE(power().isAsleep());
 }
@@ -347,7 +360,7 @@ TEST_F(TheSimulatedPower, lets_no_thread_run_during_sleep) {
     EXPECT_THAT(calls.lines, IsEmpty());
     EXPECT_EQ(phone().now().secondsSince1970, start + 5100);
 
-    phone().happens("button", true);
+    phone().happens(ButtonPress{});
     playFor(10);
     EXPECT_GT(calls.count("startAccelerometerUpdates"), 0U);
 }
@@ -358,13 +371,13 @@ TEST_F(TheSimulatedPower, puts_off_the_main_threads_work_until_the_phone_wakes) 
     ASSERT_TRUE(power().isAsleep());
     calls.clear();
     change({{"Debug", true}});
-    phone().happens("power_message", std::int64_t{0xE0000240});
-    phone().happens("stop", true);
+    phone().happens(PowerMessage{0xE0000240});
+    phone().happens(MonitorStop{});
     EXPECT_FALSE(monitor()._DEBUG_);
     EXPECT_TRUE(monitor().running);
     EXPECT_THAT(calls.calls(), ElementsAre(R"(event settings {"Debug":true})", "event stop true"));
 
-    phone().happens("button", true);
+    phone().happens(ButtonPress{});
     EXPECT_TRUE(monitor()._DEBUG_);
     EXPECT_FALSE(monitor().running);
     EXPECT_THAT(messages(), ElementsAre("100 has powered on", "100 other"));
@@ -374,7 +387,7 @@ TEST_F(TheSimulatedPower, wakes_the_phone_before_telling_of_the_charger) {
     begin();
     playFor(100);
     calls.clear();
-    phone().happens("charger", true);
+    phone().happens(ChargerChange{true});
     EXPECT_THAT(calls.calls(),
                 ElementsAre("event charger true",
                             R"(event power_message {"type":3758097152,"notification":3})",
@@ -386,7 +399,7 @@ TEST_F(TheSimulatedPower, wakes_the_phone_before_telling_of_the_charger) {
 TEST_F(TheSimulatedPower, sends_a_scenarios_message_without_going_to_sleep) {
     switchOn();
     listen();
-    phone().happens("power_message", std::int64_t{kIOMessageSystemWillSleep});
+    phone().happens(PowerMessage{kIOMessageSystemWillSleep});
     EXPECT_FALSE(power().isAsleep());
     EXPECT_THAT(heard, ElementsAre("will sleep"));
     EXPECT_EQ(calls.of({""}).size(), 1U);

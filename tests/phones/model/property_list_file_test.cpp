@@ -1,8 +1,8 @@
-/// Property list files on a disk, and their exchange with other programs.
+/// Property-list files on a disk, also those of other programs.
 #include "phones/model/property_list_file.h"
 
+#include "input/temporary_folder.h"
 #include "tests/phones/model/property_list_samples.h"
-#include "tests/temporary_folder.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -213,7 +213,7 @@ protected:
         ASSERT_TRUE(run("python3 script.py"));
     }
 
-    /// As the monitor saves a setting.
+    /// Saves a setting as the monitor does.
     void saveOneKey() const {
         const ParsedPropertyList parsed = readPropertyListFile(file);
         ASSERT_TRUE(parsed.value) << parsed.error;

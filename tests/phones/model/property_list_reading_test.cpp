@@ -1,4 +1,4 @@
-/// What XML and binary property lists of other writers mean.
+/// Reading of XML and binary property lists of other programs.
 #include "phones/model/property_list_file.h"
 
 #include "tests/phones/model/property_list_samples.h"
@@ -107,9 +107,9 @@ TEST(AnXmlList, with_an_integer_over_64_bits_is_refused) {
 TEST(AnXmlList, with_an_integer_that_is_not_one_is_refused) {
     for (const char* text : {"abc", "", " ", "12abc", "1.5", "- 5", "+-5", "0x", "--5"})
         EXPECT_EQ(errorOf(listOf("<integer>" + std::string(text) + "</integer>")),
-                  "an integer that is not one")
+                  "an invalid integer")
             << text;
-    EXPECT_EQ(errorOf(listOf("<integer/>")), "an integer that is not one");
+    EXPECT_EQ(errorOf(listOf("<integer/>")), "an invalid integer");
 }
 
 TEST(AnXmlList, has_reals_of_every_kind) {
@@ -127,7 +127,7 @@ TEST(AnXmlList, has_reals_of_every_kind) {
 TEST(AnXmlList, with_a_real_that_is_not_one_is_refused) {
     for (const char* text : {"abc", "", "1,5", "1.5x", "+-1", "0x1p4"})
         EXPECT_EQ(errorOf(listOf("<real>" + std::string(text) + "</real>")),
-                  "a real that is not one")
+                  "an invalid real number")
             << text;
 }
 
@@ -142,8 +142,7 @@ TEST(AnXmlList, with_a_date_that_is_not_one_is_refused) {
          {"abc", "", "2012-13-01T00:00:00Z", "2012-02-30T00:00:00Z", "2012-03-04T24:00:00Z",
           "2012-03-04T05:06:60Z", "2012-03-04", "2012-03-04T05:06:07", "2012-03-04T05:06:07.5Z",
           "0000-01-01T00:00:00Z", "10000-01-01T00:00:00Z", "2012-03-04T05:06:07Zx"})
-        EXPECT_EQ(errorOf(listOf("<date>" + std::string(text) + "</date>")),
-                  "a date that is not one")
+        EXPECT_EQ(errorOf(listOf("<date>" + std::string(text) + "</date>")), "an invalid date")
             << text;
 }
 

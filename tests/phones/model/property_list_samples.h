@@ -1,4 +1,4 @@
-/// A property list of every type, and the bytes of lists that no writer would make.
+/// A property list with values of every type, and the bytes of invalid lists.
 #pragma once
 
 #include "phones/model/property_list_file.h"
@@ -45,7 +45,7 @@ inline std::string byte(unsigned value) {
     return bigEndian(value, 1);
 }
 
-/// What the end of a binary list says about the rest; the sizes are in bytes.
+/// The trailer of a binary list; the sizes are in bytes.
 struct Trailer {
     unsigned offsetSize = 3;
     unsigned referenceSize = 1;
@@ -54,7 +54,7 @@ struct Trailer {
     std::uint64_t table = 0;
 };
 
-/// A binary list of these objects, each with its marker; `adjust` may falsify the trailer.
+/// A binary list of these objects, each with its marker. `adjust` may change the trailer.
 template <typename Adjust>
 std::string binaryOf(const std::vector<std::string>& objects, Adjust adjust) {
     std::string bytes = "bplist00";

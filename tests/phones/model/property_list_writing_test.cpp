@@ -1,4 +1,4 @@
-/// What is written reads back equal, values at the limits of their types included.
+/// A property list that is written and read again is equal, also at the limits of the types.
 #include "phones/model/property_list_file.h"
 
 #include "tests/phones/model/property_list_samples.h"

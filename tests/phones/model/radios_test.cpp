@@ -1,4 +1,4 @@
-/// The simulated phone's radios, which react to one another and to a hand on the switches.
+/// The simulated phone's radios, which react to one another and to switches set by hand.
 #include "phones/model/radios_model.h"
 
 #include "platform/wifi.h"
@@ -11,21 +11,22 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-using States = RadiosModel::States;
+using States = RadioStates;
+using enum DataRate;
 
 class TheSimulatedRadios : public ANight {
 protected:
     RadiosModel& radios() { return phone().radios; }
     States states() { return radios().states(); }
 
-    /// As the monitor does it.
+    /// Switches airplane mode as the monitor does.
     void setAirplaneMode(bool on) {
         radios().setIsInAirplaneMode(on);
         radios().updateAirplaneMode();
     }
 
     bool inFile(const std::string& path, const char* key) {
-        const auto file = phone().platform().files.readDictionary(path);
+        const auto file = phone().platform().files->readDictionary(path);
         const auto* value = file ? file->find(key) : nullptr;
         if (!value || !value->as<bool>())
             throw std::runtime_error("no truth under " + std::string(key) + " in " + path);
@@ -40,13 +41,14 @@ TEST_F(TheSimulatedRadios, start_as_the_scenario_says) {
                        .bluetooth = true,
                        .bluetoothConnected = true,
                        .cellularData = false,
-                       .maxRate = "2G",
+                       .maxRate = kCTRegistrationDataRate2G,
                        .location = false,
                        .push = true,
                        .tethering = true,
-                       .call = "active"};
+                       .call = CallState::active};
     switchOn();
-    EXPECT_EQ(states(), (States{false, false, true, true, false, "2G", false}));
+    EXPECT_EQ(states(),
+              (States{false, false, true, true, false, kCTRegistrationDataRate2G, false}));
     EXPECT_FALSE(radios().isPowered());
     EXPECT_TRUE(radios().wiFiEnabled());
     EXPECT_TRUE(radios().isNetworkTethering());
@@ -70,7 +72,7 @@ TEST_F(TheSimulatedRadios, lose_wifis_power_and_bluetooth_in_airplane_mode_and_g
     const States before = states();
 
     setAirplaneMode(true);
-    EXPECT_EQ(states(), (States{true, false, false, false, true, "3G", true}));
+    EXPECT_EQ(states(), (States{true, false, false, false, true, kCTRegistrationDataRate3G, true}));
     EXPECT_FALSE(radios().isPowered());
     EXPECT_TRUE(radios().wiFiEnabled());
     EXPECT_FALSE(radios().enabled());
@@ -108,22 +110,24 @@ TEST_F(TheSimulatedRadios, switched_on_by_the_monitor_in_airplane_mode_stay_on) 
     setAirplaneMode(true);
     radios().setWiFiEnabled(true);
     radios().setPowered(true);
-    EXPECT_EQ(states(), (States{true, true, true, false, true, "3G", true}));
+    EXPECT_EQ(states(), (States{true, true, true, false, true, kCTRegistrationDataRate3G, true}));
 
     setAirplaneMode(false);
-    EXPECT_EQ(states(), (States{false, true, true, false, true, "3G", true}));
+    EXPECT_EQ(states(), (States{false, true, true, false, true, kCTRegistrationDataRate3G, true}));
 }
 
 TEST_F(TheSimulatedRadios, switched_by_hand_in_airplane_mode_stay_as_they_were_set) {
     switchOn();
     for (const bool on : {true, false}) {
-        phone().happens("airplane", true);
-        phone().happens("wifi", on);
-        phone().happens("bluetooth", on);
-        EXPECT_EQ(states(), (States{true, on, on, false, true, "3G", true})) << on;
+        phone().happens(AirplaneModeSwitch{true});
+        phone().happens(WifiSwitch{on});
+        phone().happens(BluetoothSwitch{on});
+        EXPECT_EQ(states(), (States{true, on, on, false, true, kCTRegistrationDataRate3G, true}))
+            << on;
 
-        phone().happens("airplane", false);
-        EXPECT_EQ(states(), (States{false, on, on, false, true, "3G", true})) << on;
+        phone().happens(AirplaneModeSwitch{false});
+        EXPECT_EQ(states(), (States{false, on, on, false, true, kCTRegistrationDataRate3G, true}))
+            << on;
     }
 }
 
@@ -160,9 +164,9 @@ TEST_F(TheSimulatedRadios, end_a_connection_with_bluetooth) {
 TEST_F(TheSimulatedRadios, keep_a_connection_ended_in_airplane_mode_ended) {
     scenario.radios.bluetoothConnected = true;
     switchOn();
-    phone().happens("airplane", true);
-    phone().happens("bluetooth_connected", false);
-    phone().happens("airplane", false);
+    phone().happens(AirplaneModeSwitch{true});
+    phone().happens(BluetoothConnection{false});
+    phone().happens(AirplaneModeSwitch{false});
     EXPECT_TRUE(states().bluetooth);
     EXPECT_FALSE(states().bluetoothConnected);
 }
@@ -175,9 +179,9 @@ TEST_F(TheSimulatedRadios, show_in_the_systems_files_as_they_are_whenever_those_
     scenario.settings = std::nullopt;
     switchOn();
     for (const bool on : {true, false, true}) {
-        phone().happens("wifi", on);
-        phone().happens("bluetooth", on);
-        phone().happens("location", on);
+        phone().happens(WifiSwitch{on});
+        phone().happens(BluetoothSwitch{on});
+        phone().happens(LocationSwitch{on});
         EXPECT_FALSE(inFile(flags, "AirplaneMode"));
         EXPECT_EQ(inFile(network, "wifi-network"), on);
         EXPECT_EQ(inFile(network, "bluetooth-network"), on);
@@ -192,16 +196,16 @@ TEST_F(TheSimulatedRadios, show_in_the_systems_files_as_they_are_whenever_those_
 
 TEST_F(TheSimulatedRadios, moved_by_hand_are_events_and_no_calls) {
     switchOn();
-    phone().happens("airplane", true);
-    phone().happens("wifi", true);
-    phone().happens("bluetooth", true);
-    phone().happens("bluetooth_connected", true);
-    phone().happens("cellular_data", false);
-    phone().happens("location", false);
-    phone().happens("max_rate", "2G");
-    phone().happens("call", "incoming");
+    phone().happens(AirplaneModeSwitch{true});
+    phone().happens(WifiSwitch{true});
+    phone().happens(BluetoothSwitch{true});
+    phone().happens(BluetoothConnection{true});
+    phone().happens(CellularDataSwitch{false});
+    phone().happens(LocationSwitch{false});
+    phone().happens(MaxRateChange{kCTRegistrationDataRate2G});
+    phone().happens(CallChange{CallState::incoming});
 
-    EXPECT_EQ(states(), (States{true, true, true, true, false, "2G", false}));
+    EXPECT_EQ(states(), (States{true, true, true, true, false, kCTRegistrationDataRate2G, false}));
     EXPECT_THAT(calls.of({""}),
                 ElementsAre("event airplane true", "event wifi true", "event bluetooth true",
                             "event bluetooth_connected true", "event cellular_data false",
@@ -217,15 +221,15 @@ TEST_F(TheSimulatedRadios, answer_to_each_kind_of_call_alone) {
                                  radios().incomingCallExists(), radios().activeCallExists()};
     };
     EXPECT_THAT(answers(), ElementsAre(false, false, false, false));
-    phone().happens("call", "in-call");
+    phone().happens(CallChange{CallState::inCall});
     EXPECT_THAT(answers(), ElementsAre(true, false, false, false));
-    phone().happens("call", "outgoing");
+    phone().happens(CallChange{CallState::outgoing});
     EXPECT_THAT(answers(), ElementsAre(false, true, false, false));
-    phone().happens("call", "incoming");
+    phone().happens(CallChange{CallState::incoming});
     EXPECT_THAT(answers(), ElementsAre(false, false, true, false));
-    phone().happens("call", "active");
+    phone().happens(CallChange{CallState::active});
     EXPECT_THAT(answers(), ElementsAre(false, false, false, true));
-    phone().happens("call", "none");
+    phone().happens(CallChange{CallState::none});
     EXPECT_THAT(answers(), ElementsAre(false, false, false, false));
 }
 
@@ -239,21 +243,20 @@ TEST_F(TheSimulatedRadios, have_two_doors_to_cellular_data) {
                                            "CTRegistrationGetCellularDataIsEnabled -> false"));
 }
 
-TEST_F(TheSimulatedRadios, give_a_rate_that_is_none_of_the_three_as_unknown) {
-    scenario.radios.maxRate = "5G";
-    scenario.phone.rates = {"3G", "5G"};
+TEST_F(TheSimulatedRadios, may_have_a_rate_that_is_none_of_the_three) {
+    scenario.radios.maxRate = kCTRegistrationDataRateUnknown;
+    scenario.phone.rates = {kCTRegistrationDataRate3G, kCTRegistrationDataRateUnknown};
     switchOn();
-    EXPECT_EQ(radios().currentMaxAllowedDataRate(), DataRate::kCTRegistrationDataRateUnknown);
-    EXPECT_THAT(
-        radios().supportedDataRates(),
-        ElementsAre(DataRate::kCTRegistrationDataRate3G, DataRate::kCTRegistrationDataRateUnknown));
+    EXPECT_EQ(radios().currentMaxAllowedDataRate(), kCTRegistrationDataRateUnknown);
+    EXPECT_THAT(radios().supportedDataRates(),
+                ElementsAre(kCTRegistrationDataRate3G, kCTRegistrationDataRateUnknown));
 }
 
 TEST_F(TheSimulatedRadios, have_a_telephony_server_that_comes_and_goes) {
     switchOn();
-    phone().happens("telephony_server", false);
+    phone().happens(TelephonyServerChange{false});
     EXPECT_EQ(radios().createServerConnection([] {}), nullptr);
-    phone().happens("telephony_server", true);
+    phone().happens(TelephonyServerChange{true});
     auto* connection = radios().createServerConnection([] {});
     ASSERT_NE(connection, nullptr);
     EXPECT_EQ(radios().openConnections, 1);
@@ -263,20 +266,15 @@ TEST_F(TheSimulatedRadios, have_a_telephony_server_that_comes_and_goes) {
 
 TEST_F(TheSimulatedRadios, have_no_manager_for_a_missing_class) {
     switchOn();
-    EXPECT_EQ(phone().platform().telephony.sharedTelephonyManager(nullptr), nullptr);
-    EXPECT_EQ(phone().platform().wifi.sharedInstance(nullptr), nullptr);
+    EXPECT_EQ(phone().platform().telephony->sharedTelephonyManager(nullptr), nullptr);
+    EXPECT_EQ(phone().platform().wifi->sharedInstance(nullptr), nullptr);
 
     phone().process.removeClass("SBWiFiManager");
-    EXPECT_EQ(phone().platform().process.findClass("SBWiFiManager"), nullptr);
+    EXPECT_EQ(phone().platform().process->findClass("SBWiFiManager"), nullptr);
     radios().hasTelephonyManager = false;
-    EXPECT_EQ(phone().platform().telephony.sharedTelephonyManager(
-                  phone().platform().process.findClass("SBTelephonyManager")),
+    EXPECT_EQ(phone().platform().telephony->sharedTelephonyManager(
+                  phone().platform().process->findClass("SBTelephonyManager")),
               nullptr);
-}
-
-TEST_F(TheSimulatedRadios, know_no_other_switch) {
-    switchOn();
-    EXPECT_THROW(phone().happens("infrared", true), std::invalid_argument);
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-/// The simulated phone's time and threads: what runs when, and how a night goes on and ends.
+/// The simulated phone's time and threads: the order of execution, and the end of a night.
 #include "phones/simulated/simulated_phone.h"
 
 #include "platform/calendar.h"
@@ -19,19 +19,19 @@ class TheSimulatedPhone : public ANight {
 protected:
     TheSimulatedPhone() : start(scenario.start.secondsSince1970) {}
 
-    /// A phone on which nothing but `body` runs as a thread.
+    /// A phone on which `body` runs as the only thread.
     void run(std::function<void()> body) {
         switchOn();
-        thread = phone().platform().threads.start("a thread", std::move(body));
+        thread = phone().platform().threads->start("a thread", std::move(body));
     }
 
-    Clock& clock() { return phone().platform().clock; }
+    Clock& clock() { return *phone().platform().clock; }
 
-    void at(double seconds, const char* action, PropertyList value) {
-        scenario.events.push_back({{start + seconds}, action, std::move(value)});
+    void at(double seconds, Event event) {
+        scenario.events.push_back({{start + seconds}, std::move(event)});
     }
 
-    /// Everything so far: "SECONDS THREAD TEXT".
+    /// The record so far: "SECONDS THREAD TEXT".
     std::vector<std::string> story() {
         std::vector<std::string> found;
         for (const auto& line : calls.lines)
@@ -43,27 +43,27 @@ protected:
     std::vector<std::string> wholeNight() {
         std::vector<std::string> found;
         for (const auto& line : calls.lines)
-            found.push_back(line.json.dump());
+            found.push_back(line.json);
         return found;
     }
 
-    /// A night in which much happens.
+    /// A night with many kinds of events.
     void arrangeABusyNight() {
         scenario.end.secondsSince1970 = start + 6000;
         scenario.phone.idleSleep = 120;
         settings.set("ActiveOnSleep", true);
         settings.set("launch-app-com.apple.mobiletimer", true);
         scenario.applications = {{"com.apple.mobiletimer", "Clock"}, {"com.example.a", "A"}};
-        at(100, "button", true);
-        at(300, "posture", "screen-down");
-        at(900, "settings", Dictionary{{"Debug", true}, {"Sensitivity", 3}});
-        at(1500, "charger", true);
-        at(1700, "charger", false);
-        at(2500, "call", "incoming");
-        at(2530, "call", "none");
-        at(3500, "clock", Date{start + 5000});
-        at(4800, "button", true);
-        at(4801, "posture", "in-hand");
+        at(100, ButtonPress{});
+        at(300, PostureChange{ScreenDown});
+        at(900, SettingsChange{{{"Debug", true}, {"Sensitivity", 3}}});
+        at(1500, ChargerChange{true});
+        at(1700, ChargerChange{false});
+        at(2500, CallChange{CallState::incoming});
+        at(2530, CallChange{CallState::none});
+        at(3500, ClockChange{Date{start + 5000}});
+        at(4800, ButtonPress{});
+        at(4801, PostureChange{InHand});
     }
 
     double start;
@@ -103,10 +103,10 @@ TEST_F(TheSimulatedPhone, tells_whole_seconds_and_the_instant_with_its_fraction)
 }
 
 TEST_F(TheSimulatedPhone, runs_what_is_due_up_to_the_wake_up_first_the_last_instant_included) {
-    at(3, "posture", "moving");
-    at(10, "button", true);
-    at(10, "wifi", false);
-    at(10.5, "wifi", true);
+    at(3, PostureChange{Moving});
+    at(10, ButtonPress{});
+    at(10, WifiSwitch{false});
+    at(10.5, WifiSwitch{true});
     run([&] {
         clock().sleep(10);
         clock().sleep(1);
@@ -131,7 +131,7 @@ TEST_F(TheSimulatedPhone, runs_an_events_work_on_the_main_thread_in_the_middle_o
 }
 
 TEST_F(TheSimulatedPhone, hops_to_the_main_thread_and_back_without_taking_time) {
-    auto& threads = (switchOn(), phone().platform().threads);
+    auto& threads = (switchOn(), *phone().platform().threads);
     EXPECT_TRUE(threads.isMainThread());
     std::vector<bool> onMain;
     thread = threads.start("a thread", [&] {
@@ -152,7 +152,7 @@ TEST_F(TheSimulatedPhone, hops_to_the_main_thread_and_back_without_taking_time) 
 }
 
 TEST_F(TheSimulatedPhone, stops_just_before_the_monitors_work_at_an_instant) {
-    at(10, "button", true);
+    at(10, ButtonPress{});
     bool woke = false;
     run([&] {
         clock().sleep(10);
@@ -207,8 +207,8 @@ TEST_F(TheSimulatedPhone, plays_the_same_night_in_one_go_and_in_pieces) {
 
 TEST_F(TheSimulatedPhone, ends_the_monitor_thread_wherever_it_waits_at_the_end_of_the_night) {
     scenario.end.secondsSince1970 = start + 60;
-    at(60, "button", true);
-    at(60.5, "wifi", false);
+    at(60, ButtonPress{});
+    at(60.5, WifiSwitch{false});
     begin();
     phone().playToTheEnd();
     EXPECT_EQ(phone().now().secondsSince1970, start + 60);
@@ -246,7 +246,7 @@ TEST_F(TheSimulatedPhone, never_runs_a_thread_that_was_not_played) {
 }
 
 TEST_F(TheSimulatedPhone, lets_a_stopped_monitor_finish_by_itself) {
-    at(100, "stop", true);
+    at(100, MonitorStop{});
     begin();
     playFor(99);
     EXPECT_EQ(calls.count("AudioServicesDisposeSystemSoundID"), 0U);
@@ -262,16 +262,16 @@ TEST_F(TheSimulatedPhone, lets_a_stopped_monitor_finish_by_itself) {
 
 TEST_F(TheSimulatedPhone, is_stopped_in_vain_before_there_is_a_monitor) {
     switchOn();
-    phone().happens("stop", true);
+    phone().happens(MonitorStop{});
     launch();
     playReadings(1);
     EXPECT_EQ(calls.count("stopAccelerometerUpdates"), 1U);
 }
 
 TEST_F(TheSimulatedPhone, lets_only_the_wall_clock_jump) {
-    at(10, "clock", Date{start + 5000.5});
-    at(20, "clock", Date{start - 5000});
-    at(30, "button", true);
+    at(10, ClockChange{Date{start + 5000.5}});
+    at(20, ClockChange{Date{start - 5000}});
+    at(30, ButtonPress{});
     std::vector<double> times;
     run([&] {
         for (int i = 0; i < 4; ++i) {
@@ -287,8 +287,8 @@ TEST_F(TheSimulatedPhone, lets_only_the_wall_clock_jump) {
 TEST_F(TheSimulatedPhone, tells_of_a_jump_of_the_clock_by_the_time_before_it) {
     switchOn();
     playFor(7);
-    phone().happens("clock", Date{start + 100});
-    phone().happens("button", true);
+    phone().happens(ClockChange{Date{start + 100}});
+    phone().happens(ButtonPress{});
     EXPECT_THAT(story(), ElementsAre("7 main event clock {\"date\":1393713100}",
                                      "100 main event button true"));
 }
@@ -296,7 +296,7 @@ TEST_F(TheSimulatedPhone, tells_of_a_jump_of_the_clock_by_the_time_before_it) {
 TEST_F(TheSimulatedPhone, makes_a_monitor_wait_longer_for_a_clock_set_back) {
     begin();
     playReadings(1);
-    phone().happens("clock", Date{phone().now().secondsSince1970 - 3600});
+    phone().happens(ClockChange{Date{phone().now().secondsSince1970 - 3600}});
     calls.clear();
     playFor(3500);
     EXPECT_EQ(calls.count("startAccelerometerUpdates"), 0U);
@@ -307,7 +307,7 @@ TEST_F(TheSimulatedPhone, makes_a_monitor_wait_longer_for_a_clock_set_back) {
 TEST_F(TheSimulatedPhone, has_a_calendar_of_its_time_zone) {
     scenario.timezone = "Europe/Paris";
     switchOn();
-    auto& calendar = phone().platform().calendar;
+    auto& calendar = *phone().platform().calendar;
     const auto parts = calendar.components({ANight::at(2014, 3, 30, 1, 30, 0)});
     EXPECT_EQ(parts.hour, 3);
     EXPECT_EQ(parts.day, 30);
@@ -322,7 +322,7 @@ TEST_F(TheSimulatedPhone, notices_a_thread_that_goes_round_without_waiting) {
         }
     });
     EXPECT_THROW(playFor(1), MonitorSpins);
-    EXPECT_TRUE(phone().platform().threads.isMainThread());
+    EXPECT_TRUE(phone().platform().threads->isMainThread());
     playFor(1);
     EXPECT_EQ(phone().now().secondsSince1970, start + 1);
 }

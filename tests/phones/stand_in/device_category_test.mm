@@ -1,10 +1,10 @@
-/// The methods that the library gives the device object, as somebody else in SpringBoard uses them.
-/// This process is a phone of its own, with the library injected.
+/// The methods that the library adds to the device object, called by other code in SpringBoard.
+/// This process is a stand-in phone that loads the library.
+#include "input/temporary_folder.h"
 #include "phones/springboard/property_list_values.h"
 #include "phones/stand_in/host/injected_library.h"
 #include "phones/stand_in/host/phone_on_virtual_clock.h"
 #include "phones/stand_in/host/watched_foundation.h"
-#include "tests/temporary_folder.h"
 
 #import <UIKit/UIKit.h>
 #include <gmock/gmock.h>
@@ -22,7 +22,7 @@ namespace noctara {
 
 namespace {
 
-/// There is one phone and one library to a process.
+/// A process has one phone and one library.
 void injectOnce() {
     static const bool injected = [] {
         Scenario scenario;

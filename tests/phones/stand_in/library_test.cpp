@@ -1,7 +1,6 @@
-/// What the library shows to the process that it is loaded into, and what it does to one that is
-/// not SpringBoard.
+/// The symbols of the library, and its effects on a process that is not SpringBoard.
+#include "input/temporary_folder.h"
 #include "tests/programs.h"
-#include "tests/temporary_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -57,8 +56,8 @@ bool isThePhones(const std::string& name) {
     return false;
 }
 
-// These two lists are written out once more, since stand-in and adapter share their declarations: a
-// name that is wrong in those would be found by both.
+// These two lists repeat the names, because stand-in and adapter share their declarations: a wrong
+// name there would be wrong in both and not be noticed.
 
 TEST(TheLibrary, asks_the_phone_for_these_functions) {
     std::istringstream lines(run("nm -D --undefined-only '" NOCTARA_LIBRARY "'").output);
@@ -137,7 +136,7 @@ TEST(TheLibrary, sends_the_phone_these_messages) {
 }
 
 TEST(TheLibrary, has_nothing_to_destroy_at_the_end_of_the_process) {
-    // The monitor thread may be in the midst of something then.
+    // The monitor thread may be running at that moment.
     EXPECT_THAT(run("nm -D --undefined-only '" NOCTARA_LIBRARY "'").output,
                 testing::Not(HasSubstr("atexit")));
 }

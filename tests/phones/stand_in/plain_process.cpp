@@ -1,5 +1,5 @@
-/// A program that is on no phone: loads the library that it is given, and tells what that changed
-/// in the process. `plain-process LIBRARY`.
+/// `plain-process LIBRARY`: loads the library outside a phone, and prints what this changes in the
+/// process.
 #include <dlfcn.h>
 #include <filesystem>
 #include <iostream>

@@ -1,4 +1,4 @@
-/// Values on their way from Foundation to the core and back.
+/// Conversion of values from Foundation to the core and back.
 #include "phones/springboard/property_list_values.h"
 
 #include <gmock/gmock.h>
@@ -14,7 +14,7 @@ class FoundationValues : public testing::Test {
 protected:
     ~FoundationValues() override { [pool release]; }
 
-    /// What the monitor writes when it saves one setting of this file.
+    /// The file that the monitor writes when it saves one setting of this file.
     static NSDictionary* withOneKeySaved(NSDictionary* file) {
         Dictionary dictionary = dictionaryOf(file);
         dictionary.set("saved", 7);
@@ -53,9 +53,9 @@ TEST_F(FoundationValues, outlive_what_they_were_read_from) {
     EXPECT_EQ(textOf([objectOf(dictionary) objectForKey:@"text"]), "5 apples");
 }
 
-// GNUstep itself keeps less than the phone's Foundation: it reads an integer of XML above 2^63 - 1
-// as 2^63 - 1, and it writes a real of single precision with the digits of that precision only. It
-// reads no dictionary from a binary file by its name.
+// GNUstep preserves less than the phone's Foundation. It reads an XML integer above 2^63 - 1 as
+// 2^63 - 1. It writes a single-precision real with the digits of that precision only. It cannot
+// read a dictionary from the path of a binary file.
 TEST_F(FoundationValues, of_a_file_stay_as_they_were_when_one_key_is_saved) {
     NSData* file = [@"<?xml version=\"1.0\" encoding=\"UTF-8\"?>"
                     @"<plist version=\"1.0\"><dict>"

@@ -1,8 +1,8 @@
-/// The stand-in phone as its user meets it: the loader, the two ways of time, and what happens when
-/// the process ends in the middle of a night.
+/// The stand-in phone from outside: the loader, virtual and real time, and the end of the process
+/// during a night.
+#include "input/temporary_folder.h"
 #include "phones/model/property_list_file.h"
 #include "tests/programs.h"
-#include "tests/temporary_folder.h"
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
@@ -36,7 +36,7 @@ protected:
         return run(before + " '" NOCTARA_SPRINGBOARD "' " + arguments + " 2>&1");
     }
 
-    /// What the trace says was done to airplane mode, sounds and applications, in order.
+    /// The calls in the trace that change airplane mode, sounds and applications, in order.
     std::vector<std::string> deeds(const std::string& trace) const {
         std::ifstream lines(trace);
         std::vector<std::string> found;
@@ -50,7 +50,7 @@ protected:
         return found;
     }
 
-    /// A quarter of an hour with a night in it.
+    /// A night of a quarter of an hour.
     const std::string shortNight = "hours = 0.25\n"
                                    "[settings]\n"
                                    "Enabled = true\n"

@@ -1,0 +1,61 @@
+#include "command/replay_command.h"
+
+#include "host/host.h"
+#include "input/bad_input.h"
+#include "night/chosen_scenario.h"
+#include "night/night_report.h"
+#include "night/trace_reader.h"
+#include "phones/replay/replayed_phone.h"
+
+#include <fstream>
+#include <iostream>
+
+namespace noctara {
+
+namespace {
+
+/// Without a scenario the night begins and ends with the trace.
+Scenario scenarioOf(const ReplayOptions& options, TraceReader& reader) {
+    Scenario scenario = chosenScenario(options.scenario, options.overrides);
+    if (!options.scenario && !options.overrides.start)
+        if (const TraceLine* first = reader.peek())
+            scenario.start = scenario.end = first->at;
+    return scenario;
+}
+
+} // namespace
+
+int replay(const ReplayOptions& options, std::ostream& out) {
+    const bool fromStandardInput = options.trace == "-";
+    const std::string name = fromStandardInput ? "standard input" : options.trace.string();
+    std::ifstream file;
+    if (!fromStandardInput) {
+        file.open(options.trace);
+        if (!file)
+            throw BadInput(name + ": cannot be read; give a file that --trace has written");
+    }
+    TraceReader reader(fromStandardInput ? std::cin : file, name);
+    const Scenario scenario = scenarioOf(options, reader);
+
+    ReplayedPhone phone(scenario, reader);
+    NightReport report(
+        scenario, [&] { return phone.now(); }, out, options.log, nullptr);
+    phone.observe(report);
+    monitorObserver = &report;
+    if (scenario.phone.bundle != "com.apple.springboard")
+        report.story.tellOfInertness();
+    std::optional<std::string> wrong;
+    try {
+        if (const auto endedEarly = phone.play())
+            wrong = "the night ended early: " + *endedEarly;
+    } catch (const TraceAndRulesPart& parted) {
+        // In real time the monitor may read a setting while it changes, and no line tells when.
+        if (!phone.isInRealTime())
+            wrong = parted.what();
+        else
+            out << "\nThe story ends early: " << parted.what() << ".\n";
+    }
+    return report.finish(wrong);
+}
+
+} // namespace noctara
