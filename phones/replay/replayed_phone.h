@@ -36,7 +36,7 @@ public:
     bool isInRealTime() const { return player->isInRealTime(); }
 
     /// The wall clock at the present line of the trace.
-    Date now() const { return player->now(); }
+    Date now() { return player->now(); }
 
 private:
     struct Effect;

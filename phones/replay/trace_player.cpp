@@ -166,6 +166,12 @@ std::optional<std::string> TracePlayer::nextLogLine() {
     return std::get<TracedCall>(reader.peek()->what).arguments.at(0).get<std::string>();
 }
 
+Date TracePlayer::now() {
+    if (current)
+        takeLogLines();
+    return present;
+}
+
 void TracePlayer::waitForTurn() {
     takeLogLines();
     while (!nextCallOf(*current))

@@ -86,7 +86,8 @@ public:
     void playInRealTime() { inRealTime = true; }
     bool isInRealTime() const { return inRealTime; }
 
-    Date now() const { return present; }
+    /// The present of the calling thread: what it has put off is taken first.
+    Date now();
     bool isMainThread() const { return !current || current->isMain; }
 
 private:
