@@ -116,7 +116,11 @@ std::string plainInteger(std::string_view text) {
         refuse("an invalid integer");
     if (parsed.ec != std::errc() || (isNegative && magnitude > std::uint64_t{1} << 63))
         refuse("an integer over 64 bits");
-    return isHexadecimal ? std::string(text) : (isNegative ? "-" : "") + std::to_string(magnitude);
+    if (isHexadecimal)
+        return std::string(text);
+    std::string decimal(isNegative ? 1 : 0, '-');
+    decimal += std::to_string(magnitude);
+    return decimal;
 }
 
 /// Checks the text at `begin` if `name` is the tag of a number or a date. Removes leading zeros of
