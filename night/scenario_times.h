@@ -25,8 +25,8 @@ WrittenTime writtenTime(const TomlValue& value, TimeForm form);
 /// optional, "22:30:00". A space may replace the T; the seconds may be omitted.
 WrittenTime writtenTime(const std::string& option, const std::string& text, TimeForm form);
 
-/// The instant of a time that has a day. A local time that occurs twice denotes the earlier
-/// instant. Throws BadInput for a local time that the clocks skip.
+/// The instant of a time that has a day: the earlier one if the clocks show that time twice. Throws
+/// BadInput for a local time that the clocks skip.
 Date instantOf(const WrittenTime& time, const TimeZone& zone);
 
 /// As instantOf. A time without a day denotes its next occurrence at or after `from`.

@@ -41,10 +41,20 @@ public:
         file(std::move(fileName)), options(recordingOptions), complaints(complaintStream) {}
 
     void readLines(std::istream& in) {
-        for (std::string line; std::getline(in, line);) {
+        std::vector<char> buffer(longestLine + 1);
+        while (in.getline(buffer.data(), longestLine + 1)) {
+            // The count includes the newline, which the last line may lack.
+            const auto length = in.gcount() - (in.eof() ? 0 : 1);
+            std::string line(buffer.data(), static_cast<std::size_t>(length));
             if (++lineNumber == 1)
                 checkStart(line);
             readLine(line);
+        }
+        if (in.gcount() > 0 && !in.bad()) {
+            ++lineNumber;
+            refuse(fmt::format("this line has more than {} bytes; give the CSV file that the "
+                               "logger exports",
+                               longestLine));
         }
         if (skipped > complaintLimit)
             complaints << file << ": " << skipped - complaintLimit << " more lines are skipped\n";
@@ -77,6 +87,8 @@ public:
 
 private:
     static constexpr std::size_t complaintLimit = 10;
+    /// In bytes. Far more than any logger writes. The file may be a device without an end.
+    static constexpr std::streamsize longestLine = 65'536;
 
     [[noreturn]] void refuse(const std::string& reason) const {
         throw BadInput(fmt::format("{}:{}: {}", file, lineNumber, reason));
@@ -167,8 +179,7 @@ private:
         if (!time && first)
             refuse("the time in " + columns->nameOf(*columns->time) +
                    " is neither a number nor an ISO date and time; give the number of readings per "
-                   "second "
-                   "with --rate HZ");
+                   "second with --rate HZ");
         if (!time)
             throw NoReading(fmt::format("the time is not a {}: {}",
                                         timesAreDates ? "date" : "number", inQuotes(field)));

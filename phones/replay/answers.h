@@ -19,8 +19,8 @@ public:
 
     using Arguments = std::initializer_list<CallValue>;
 
-    /// Each takes the next line of the trace, which must be this call, and tells the observers. If
-    /// the result has another type, the function returns false, 0 or an empty value.
+    /// These functions take the next line of the trace and return its result. The line must be this
+    /// call. The observers are told of it. A result of another type counts as false, 0 or empty.
     void call(Operation operation, Arguments arguments = {}) const { json(operation, arguments); }
     bool yes(Operation operation, Arguments arguments = {}) const;
     std::int64_t integer(Operation operation, Arguments arguments = {}) const;

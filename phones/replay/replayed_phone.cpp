@@ -5,13 +5,6 @@
 
 namespace noctara {
 
-namespace {
-
-/// No log line begins with this.
-constexpr std::string_view noLogLine = "\n";
-
-} // namespace
-
 ReplayedPhone::ReplayedPhone(const Scenario& scenario, TraceReader& lines) :
     player(std::in_place, lines, scenario.start, scenario.end),
     answers(*player),
@@ -40,7 +33,7 @@ ReplayedPhone::~ReplayedPhone() {
 /// is a compile error.
 struct ReplayedPhone::Effect {
     void operator()(const ChargerChange&) const {
-        phone.player->onMainThread({{Operation::isOnAC}, noLogLine},
+        phone.player->onMainThread({{Operation::isOnAC}},
                                    [&process = phone.process] { process.acPowerChanged(); });
     }
     void operator()(const SettingsChange&) const { announceSettings(); }
@@ -83,7 +76,7 @@ struct ReplayedPhone::Effect {
 };
 
 std::optional<std::string> ReplayedPhone::play() {
-    player->onMainThread({{Operation::bundleIdentifier}, noLogLine}, [this] {
+    player->onMainThread({{Operation::bundleIdentifier}}, [this] {
         NoctaraInitialize();
         process.applicationDidFinishLaunching();
     });

@@ -17,9 +17,6 @@ bool isWrittenUnderLock(std::string_view text) {
            text.starts_with("app to monitor : ");
 }
 
-/// No log line begins with this.
-constexpr std::string_view noLogLine = "\n";
-
 constexpr const char* launchSelector = "applicationDidFinishLaunching:";
 constexpr const char* chargerSelector = "ACPowerChanged";
 
@@ -85,8 +82,7 @@ std::unique_ptr<Thread> ReplayedProcess::start(const char* name, std::function<v
 void ReplayedProcess::performOnMainThread(const char* selector, const std::function<void()>& work) {
     answers.call(Operation::performSelectorOnMainThread, {selector});
     if (selector == std::string_view("playAudioAsync"))
-        answers.player.performOnMainThread({{Operation::AudioServicesPlaySystemSound}, noLogLine},
-                                           work);
+        answers.player.performOnMainThread({{Operation::AudioServicesPlaySystemSound}}, work);
     else
         answers.player.performOnMainThread(
             {{Operation::objc_getClass}, "Noctara : About to change airplane mode"}, work);

@@ -84,9 +84,9 @@ bool TracePlayer::letGoOn(const TraceLine& line) {
 }
 
 bool TracePlayer::mayBegin(const Work& work, const TracedCall& call) const {
+    const auto& [operations, logLine] = work.beginning;
     if (call.operation == Operation::NSLog)
-        return call.arguments.at(0).get<std::string>().starts_with(work.beginning.logLine);
-    const auto& operations = work.beginning.operations;
+        return logLine && call.arguments.at(0).get<std::string>().starts_with(*logLine);
     return std::find(operations.begin(), operations.end(), call.operation) != operations.end();
 }
 

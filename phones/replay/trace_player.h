@@ -42,12 +42,12 @@ public:
     /// not a line of a trace.
     std::optional<std::string> play(const std::function<void(Date, const Event&)>& happens);
 
-    /// With which call a piece of work begins: one of these operations, or a log line that begins
-    /// with this text. Work is not started before, because it could take a lock that other work
-    /// needs first.
+    /// The first call of a piece of work: one of these operations, or a log line that begins with
+    /// this text. The work does not start before the trace has that call, because it could take a
+    /// lock that other work needs first.
     struct Beginning {
         std::vector<Operation> operations;
-        std::string_view logLine;
+        std::optional<std::string_view> logLine = std::nullopt;
     };
 
     /// Queues `work` for the main thread.

@@ -26,7 +26,7 @@ struct RandomSettings {
 RandomSettings randomSettings(Dice& dice, int hour);
 
 /// A few new values, for a change during the night. The scan interval is at least 1: with 0, a
-/// monitor outside its window would loop without ever waiting.
+/// monitor outside its window never waits.
 std::vector<WrittenSetting> randomChanges(Dice& dice, int hour);
 
 /// A few keys, most of them keys of settings.

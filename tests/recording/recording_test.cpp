@@ -264,6 +264,8 @@ TEST_F(ARecording, that_is_none_is_refused_in_one_line) {
     EXPECT_THAT(refusalOf("\xff\xfet\0i\0"), HasSubstr("UTF-16; save it as UTF-8"));
     EXPECT_THAT(refusalOf("PK\x03\x04 and so on"), HasSubstr("unpack it"));
     EXPECT_THAT(refusalOf(std::string("\x7f\x45LF\0\0", 6)), HasSubstr("this is not text"));
+    EXPECT_THAT(refusalOf("time,x,y,z\n" + std::string(65'537, '0')),
+                HasSubstr(":2: this line has more than 65536 bytes"));
     EXPECT_THAT(refusalOf("\x80\x91\xfe;\"\r;;;\n\"\"\",,\x1b"),
                 HasSubstr("no line holds a reading"));
     EXPECT_THAT(refusalOf("time,x,y,z\n0,0,0,nan,5,5,5\n"), HasSubstr("no line holds a reading"));
