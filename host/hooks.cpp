@@ -29,7 +29,13 @@ void hook(const char* className, const char* selector, Function* replacement, Fu
                         reinterpret_cast<Implementation&>(original));
 }
 
+NoctaraThread* makePlainMonitor() {
+    return new (std::nothrow) NoctaraThread(*processPlatform, monitorObserver);
+}
+
 } // namespace
+
+NoctaraThread* (*makeMonitor)() = makePlainMonitor;
 
 void NoctaraInitialize() {
     if (!processPlatform || processPlatform->process->bundleIdentifier() != "com.apple.springboard")
@@ -49,7 +55,7 @@ void $SpringBoard$applicationDidFinishLaunching$(ObjectRef self, SelectorRef sel
                                                  ObjectRef application) {
     orig_SpringBoard_applicationDidFinishLaunching(self, selector, application);
     processPlatform->log->write("Noctara hooked SpringBoard !");
-    NoctaraInstance = new (std::nothrow) NoctaraThread(*processPlatform, monitorObserver);
+    NoctaraInstance = makeMonitor();
     if (isDebug())
         processPlatform->log->write("Noctara thread started !");
     registerPowerListener();

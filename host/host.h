@@ -50,6 +50,10 @@ NOCTARA_EXPORT void MySleepCallBack(void* refcon, std::uint32_t service, std::ui
 /// SpringBoard has launched. It stays null in SpringBoard itself.
 inline MonitorObserver* monitorObserver = nullptr;
 
+/// Creates the one monitor when SpringBoard has launched. Null if there is no memory for it. The
+/// provider of the phone may set another function before that.
+extern NoctaraThread* (*makeMonitor)();
+
 /// The implementations that the two hooks replaced.
 extern void (*orig_SpringBoard_applicationDidFinishLaunching)(ObjectRef, SelectorRef, ObjectRef);
 extern void (*orig_SBUIController_ACPowerChanged)(ObjectRef, SelectorRef);

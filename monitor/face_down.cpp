@@ -14,22 +14,34 @@ constexpr double updateInterval = 0.2;
 /// Long enough for at least one sample to arrive.
 constexpr unsigned settleTime = 1;
 
+/// The motion manager while the main loop does not run. Other code may ask for a reading then.
+class NoMotionManager final : public MotionManager {
+public:
+    void startAccelerometerUpdates() override {}
+    void setAccelerometerUpdateInterval(double) override {}
+    std::optional<Acceleration> deviceMotion() override { return std::nullopt; }
+    std::optional<Acceleration> accelerometerData() override { return std::nullopt; }
+    void stopAccelerometerUpdates() override {}
+};
+
 } // namespace
 
 bool NoctaraThread::checkState() {
-    motionManager->startAccelerometerUpdates();
-    motionManager->setAccelerometerUpdateInterval(updateInterval);
+    NoMotionManager none;
+    MotionManager& motion = motionManager ? *motionManager : none;
+    motion.startAccelerometerUpdates();
+    motion.setAccelerometerUpdateInterval(updateInterval);
     platform.clock->sleep(settleTime);
 
     double angle;
     double length = 0;
     auto source = Reading::Source::accelerometer;
-    if (const auto gravity = motionManager->deviceMotion()) {
+    if (const auto gravity = motion.deviceMotion()) {
         // The length stays 0, so a device-motion sample never counts as lying.
         angle = gravity->z;
         source = Reading::Source::deviceMotion;
     } else {
-        const auto measured = motionManager->accelerometerData();
+        const auto measured = motion.accelerometerData();
         if (!measured)
             source = Reading::Source::nothing;
         const auto sample = measured.value_or(Acceleration{});
@@ -41,7 +53,7 @@ bool NoctaraThread::checkState() {
     const double largest = std::max(-400.0, angle);
     // The pause between samples. There is only one sample, so the pause is 0 s.
     platform.clock->sleep(0);
-    motionManager->stopAccelerometerUpdates();
+    motion.stopAccelerometerUpdates();
 
     debugLog("Noctara : angle / Z axis : %0.3f", angle);
     debugLog("Noctara : vector length : %0.3f", length);

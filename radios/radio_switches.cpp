@@ -67,9 +67,9 @@ void RadiosLib::setWifiEnabled(bool enabled) {
     platform.notifications->post(refreshToggles);
 }
 
-std::optional<PropertyList> RadiosLib::wifiManagerQuery() {
+std::optional<PropertyList> RadiosLib::wifiManagerQuery(const char* selector) {
     auto* wifi = platform.wifi->sharedInstance(platform.process->findClass("SBWiFiManager"));
-    return wifi ? wifi->perform("wifiManagerQuery") : std::nullopt;
+    return wifi ? wifi->perform(selector) : std::nullopt;
 }
 
 bool RadiosLib::isBluetoothEnabled() {

@@ -42,8 +42,9 @@ public:
     /// False if Wi-Fi is enabled but not powered.
     bool isWifiEnabled();
     void setWifiEnabled(bool enabled);
-    /// The Wi-Fi manager's result for the message `wifiManagerQuery`.
-    std::optional<PropertyList> wifiManagerQuery();
+    /// The Wi-Fi manager's result for the message `selector`. Pass the selector of the caller's own
+    /// method if it has another name.
+    std::optional<PropertyList> wifiManagerQuery(const char* selector = "wifiManagerQuery");
 
     bool isBluetoothEnabled();
     bool isBluetoothConnected();

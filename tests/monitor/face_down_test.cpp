@@ -110,6 +110,14 @@ TEST_F(AReading, without_a_sample_is_negative_and_logged_as_the_zero_vector) {
     EXPECT_FALSE(read());
 }
 
+TEST_F(AReading, without_a_motion_manager_waits_and_is_negative) {
+    lies(ScreenDown);
+    own->motionManager = nullptr;
+    calls.clear();
+    EXPECT_FALSE(read());
+    EXPECT_THAT(calls.calls(), ElementsAre("sleep [1]", "sleep [0]"));
+}
+
 TEST_F(AReading, at_a_slight_tilt_depends_on_the_sensitivity) {
     EXPECT_TRUE(readTilted(0.2));
     own->sensitivity = 1;

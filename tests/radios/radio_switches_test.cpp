@@ -225,6 +225,7 @@ TEST_F(ARadioSwitch, passes_a_query_on_to_the_wifi_manager_under_its_own_name) {
     altered.wifi = &wifi;
     RadiosLib radios(altered);
     EXPECT_EQ(radios.wifiManagerQuery(), PropertyList("answer to wifiManagerQuery"));
+    EXPECT_EQ(radios.wifiManagerQuery("otherName"), PropertyList("answer to otherName"));
 
     EXPECT_EQ(onThePhone().wifiManagerQuery(), std::nullopt);
     EXPECT_EQ(newCalls(), after(findWifi, {"wifiManagerQuery -> null"}));
