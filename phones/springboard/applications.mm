@@ -1,5 +1,6 @@
 #include "platform/applications.h"
 
+#include "phones/springboard/application_objects.h"
 #include "phones/springboard/private_classes.h"
 #include "phones/springboard/property_list_values.h"
 #include "phones/springboard/services.h"
@@ -40,8 +41,7 @@ public:
     void resumeToQuit() override { [application resumeToQuit]; }
     void kill() override { [application kill]; }
 
-private:
-    SBApplication* application; ///< Not retained.
+    SBApplication* const application; ///< Not retained.
 };
 
 class SpringBoardIcon final : public Icon {
@@ -101,14 +101,6 @@ private:
         return iconOf([icons iconForDisplayIdentifier:stringOf(identifier)]);
     }
 
-    /// One for each object of SpringBoard's, kept as long as the process runs. It holds only the
-    /// object's address and does not send to it by itself.
-    Application* applicationOf(SBApplication* application) {
-        if (!application)
-            return nullptr;
-        return &known.try_emplace(application, application).first->second;
-    }
-
     Icon* iconOf(SBIcon* found) {
         lastIcon.icon = found;
         return found ? &lastIcon : nullptr;
@@ -116,11 +108,20 @@ private:
 
     SBApplicationController* controller = nil;
     SBIconModel* icons = nil;
-    std::map<SBApplication*, SpringBoardApplication> known;
     SpringBoardIcon lastIcon;
 };
 
 } // namespace
+
+Application* applicationOf(SBApplication* object) {
+    // One for each object. It holds only the object's address and does not send to it by itself.
+    static auto& known = *new std::map<SBApplication*, SpringBoardApplication>;
+    return object ? &known.try_emplace(object, object).first->second : nullptr;
+}
+
+SBApplication* objectOf(Application* application) {
+    return application ? static_cast<SpringBoardApplication*>(application)->application : nil;
+}
 
 Applications& springBoardApplications() {
     static auto& applications = *new SpringBoardApplications;

@@ -11,7 +11,6 @@ namespace {
     static const Platform springBoard{
         .log = &springBoardLog(),
         .process = &springBoardProcess(),
-        .threads = &springBoardThreads(),
         .clock = &springBoardClock(),
         .calendar = &springBoardCalendar(),
         .files = &springBoardFiles(),
@@ -33,6 +32,7 @@ namespace {
         .capabilities = &springBoardCapabilities(),
     };
     processPlatform = &springBoard;
+    makeMonitor = makeMonitorObject;
     NoctaraInitialize();
 }
 

@@ -1,19 +1,13 @@
 #include "phones/stand_in/host/injected_library.h"
 
 #include "phones/model/property_list_file.h"
-
-#import <Foundation/Foundation.h>
+#include "phones/springboard/noctara_thread.h"
 
 #include <algorithm>
 #include <atomic>
 #include <cstring>
 #include <dlfcn.h>
 #include <link.h>
-
-/// The messages of the object that the library exports.
-@protocol MonitorOfTheLibrary
-- (void)stop;
-@end
 
 namespace noctara::injectedLibrary {
 
@@ -22,7 +16,7 @@ namespace fs = std::filesystem;
 namespace {
 
 std::atomic<const char*> fileOfLibrary = nullptr; ///< Its whole path; null before it is loaded.
-id<MonitorOfTheLibrary>* instance = nullptr;      ///< Null likewise.
+::NoctaraThread** instance = nullptr;             ///< Null likewise.
 
 } // namespace
 
@@ -46,7 +40,7 @@ void inject(const fs::path& library) {
     void* const loaded = dlopen(file.c_str(), RTLD_NOW);
     if (!loaded)
         throw CannotInject(std::string(dlerror()) + "; a build of Noctara.so would do");
-    instance = static_cast<id<MonitorOfTheLibrary>*>(dlsym(loaded, "NoctaraInstance"));
+    instance = static_cast<::NoctaraThread**>(dlsym(loaded, "NoctaraInstance"));
 }
 
 bool contains(const void* address) {
