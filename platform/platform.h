@@ -56,7 +56,8 @@ struct Platform {
 };
 
 /// The phone of this process, for entry points that receive no platform from their caller. The
-/// provider of the phone sets it before the first entry point is called. Null until then.
+/// provider of the phone sets it before the first entry point is called. Null until then. Its
+/// `threads` may be null, because no entry point uses them.
 inline const Platform* processPlatform = nullptr;
 
 } // namespace noctara
