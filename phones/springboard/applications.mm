@@ -56,12 +56,12 @@ class SpringBoardApplications final : public Applications,
                                       private IconModel {
 public:
     ApplicationController* sharedController(ClassRef controllerClass) override {
-        controller = [static_cast<Class>(controllerClass) sharedInstance];
+        controller = (SBApplicationController*)[static_cast<Class>(controllerClass) sharedInstance];
         return controller ? this : nullptr;
     }
 
     IconModel* sharedIconModel(ClassRef modelClass) override {
-        icons = [static_cast<Class>(modelClass) sharedInstance];
+        icons = (SBIconModel*)[static_cast<Class>(modelClass) sharedInstance];
         return icons ? this : nullptr;
     }
 

@@ -32,25 +32,23 @@ class SpringBoardCapabilities final : public CapabilityFunctions {
 public:
     int linkedGSSystemHasCapability(const std::string& name) override {
         @autoreleasepool {
-            return GSSystemHasCapability((CFStringRef)stringOf(name));
+            return callIfPresent(GSSystemHasCapability, (CFStringRef)stringOf(name));
         }
     }
 
     int callGSSystemHasCapability(FunctionRef function, const std::string& name) override {
         @autoreleasepool {
-            return function ? reinterpret_cast<decltype(&GSSystemHasCapability)>(function)(
-                                  (CFStringRef)stringOf(name))
-                            : 0;
+            return callIfPresent(reinterpret_cast<decltype(&GSSystemHasCapability)>(function),
+                                 (CFStringRef)stringOf(name));
         }
     }
 
     std::optional<PropertyList> callGSSystemCopyCapability(FunctionRef function,
                                                            const std::string& name) override {
-        if (!function)
-            return std::nullopt;
         @autoreleasepool {
-            const CFTypeRef copy = reinterpret_cast<decltype(&GSSystemCopyCapability)>(function)(
-                (CFStringRef)stringOf(name));
+            const CFTypeRef copy =
+                callIfPresent(reinterpret_cast<decltype(&GSSystemCopyCapability)>(function),
+                              (CFStringRef)stringOf(name));
             if (!copy)
                 return std::nullopt;
             const PropertyList value = valueOf((id)copy);
@@ -61,9 +59,8 @@ public:
 
     int callMGGetBoolAnswer(FunctionRef function, const std::string& name) override {
         @autoreleasepool {
-            return function ? reinterpret_cast<int (*)(CFStringRef)>(function)(
-                                  (CFStringRef)stringOf(name))
-                            : 0;
+            return callIfPresent(reinterpret_cast<int (*)(CFStringRef)>(function),
+                                 (CFStringRef)stringOf(name));
         }
     }
 };

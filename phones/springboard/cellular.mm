@@ -14,50 +14,54 @@ using enum DataRate;
 constexpr std::array knownRates{kCTRegistrationDataRate2G, kCTRegistrationDataRate3G,
                                 kCTRegistrationDataRate4G};
 
+/// Null for an unknown rate, and for one that the system lacks.
 CFStringRef constantOf(DataRate rate) {
-    return rate == kCTRegistrationDataRate2G   ? ::kCTRegistrationDataRate2G
-           : rate == kCTRegistrationDataRate3G ? ::kCTRegistrationDataRate3G
-           : rate == kCTRegistrationDataRate4G ? ::kCTRegistrationDataRate4G
+    return rate == kCTRegistrationDataRate2G   ? valueIfPresent(&::kCTRegistrationDataRate2G)
+           : rate == kCTRegistrationDataRate3G ? valueIfPresent(&::kCTRegistrationDataRate3G)
+           : rate == kCTRegistrationDataRate4G ? valueIfPresent(&::kCTRegistrationDataRate4G)
                                                : nullptr;
 }
 
 class SpringBoardCellular final : public CellularRadio {
 public:
-    bool dataPlanIsEnabled() override { return CTCellularDataPlanGetIsEnabled(); }
+    bool dataPlanIsEnabled() override { return callIfPresent(CTCellularDataPlanGetIsEnabled); }
 
     bool registrationDataIsEnabled() override {
         @autoreleasepool {
-            return CTRegistrationGetCellularDataIsEnabled();
+            return callIfPresent(CTRegistrationGetCellularDataIsEnabled);
         }
     }
 
-    void setDataPlanIsEnabled(bool enabled) override { CTCellularDataPlanSetIsEnabled(enabled); }
+    void setDataPlanIsEnabled(bool enabled) override {
+        callIfPresent(CTCellularDataPlanSetIsEnabled, enabled);
+    }
 
     DataRate currentMaxAllowedDataRate() override {
         @autoreleasepool {
-            const CFStringRef current = CTRegistrationGetCurrentMaxAllowedDataRate();
+            const CFStringRef current = callIfPresent(CTRegistrationGetCurrentMaxAllowedDataRate);
             for (const DataRate rate : knownRates)
-                if (constantOf(rate) == current)
+                if (current && constantOf(rate) == current)
                     return rate;
             return kCTRegistrationDataRateUnknown;
         }
     }
 
     bool setMaxAllowedDataRate(DataRate rate) override {
-        return CTRegistrationSetMaxAllowedDataRate(constantOf(rate));
+        return callIfPresent(CTRegistrationSetMaxAllowedDataRate, constantOf(rate));
     }
 
     ServerConnectionRef createServerConnection(ServerConnectionCallback callback) override {
-        return _CTServerConnectionCreate(kCFAllocatorDefault, callback, nullptr);
+        return callIfPresent(_CTServerConnectionCreate, kCFAllocatorDefault, callback, nullptr);
     }
 
     void releaseConnection(ServerConnectionRef connection) override { CFRelease(connection); }
 
     std::vector<DataRate> supportedDataRates() override {
         std::vector<DataRate> rates;
-        const CFTypeRef supported = CTRegistrationCopySupportedDataRates();
+        const CFTypeRef supported = callIfPresent(CTRegistrationCopySupportedDataRates);
         for (const DataRate rate : knownRates)
-            if ([(id)supported containsObject:(id)constantOf(rate)])
+            if (const CFStringRef constant = constantOf(rate);
+                constant && [(id)supported containsObject:(id)constant])
                 rates.push_back(rate);
         if (supported)
             CFRelease(supported);

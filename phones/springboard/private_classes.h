@@ -60,6 +60,8 @@
 - (SBApplication*)_accessibilityFrontMostApplication;
 @end
 
+/// Nil on a system that lacks it, as is every answer of it then.
+__attribute__((weak_import))
 @interface BluetoothManager : NSObject
 + (BluetoothManager*)sharedInstance;
 - (BOOL)enabled;

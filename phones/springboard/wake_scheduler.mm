@@ -12,15 +12,15 @@ class SpringBoardWakes final : public WakeScheduler {
 public:
     void schedule(Date date, const std::string& identifier) override {
         @autoreleasepool {
-            CPScheduleWakeAtDateWithIdentifier((CFDateRef)dateOf(date),
-                                               (CFStringRef)stringOf(identifier));
+            callIfPresent(CPScheduleWakeAtDateWithIdentifier, (CFDateRef)dateOf(date),
+                          (CFStringRef)stringOf(identifier));
         }
     }
 
     void cancel(Date date, const std::string& identifier) override {
         @autoreleasepool {
-            CPCancelWakeAtDateWithIdentifier((CFDateRef)dateOf(date),
-                                             (CFStringRef)stringOf(identifier));
+            callIfPresent(CPCancelWakeAtDateWithIdentifier, (CFDateRef)dateOf(date),
+                          (CFStringRef)stringOf(identifier));
         }
     }
 };

@@ -13,7 +13,7 @@ namespace {
 class SpringBoardWiFi final : public WiFi, private WiFiManager {
 public:
     WiFiManager* sharedInstance(ClassRef managerClass) override {
-        manager = [static_cast<Class>(managerClass) sharedInstance];
+        manager = (SBWiFiManager*)[static_cast<Class>(managerClass) sharedInstance];
         return manager ? this : nullptr;
     }
 

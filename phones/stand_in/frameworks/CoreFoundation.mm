@@ -13,6 +13,7 @@ static double versionOfThisPhone() {
 }
 
 extern const double kCFCoreFoundationVersionNumber = versionOfThisPhone();
+extern const CFAllocatorRef kCFAllocatorDefault = nullptr;
 extern const CFRunLoopMode kCFRunLoopCommonModes = (CFStringRef) @"kCFRunLoopCommonModes";
 
 void CFRelease(CFTypeRef object) {

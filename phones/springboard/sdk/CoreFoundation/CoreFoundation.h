@@ -15,8 +15,7 @@ using CFRunLoopRef = struct __CFRunLoop*;
 using CFRunLoopSourceRef = struct __CFRunLoopSource*;
 using CFRunLoopMode = CFStringRef;
 
-constexpr CFAllocatorRef kCFAllocatorDefault = nullptr;
-
+extern const CFAllocatorRef kCFAllocatorDefault;
 extern const double kCFCoreFoundationVersionNumber;
 extern const CFRunLoopMode kCFRunLoopCommonModes;
 

@@ -3,9 +3,11 @@
 
 #import <Foundation/Foundation.h>
 
+typedef NSInteger UIUserInterfaceIdiom;
+
 @interface UIDevice : NSObject
 + (UIDevice*)currentDevice;
-- (NSInteger)userInterfaceIdiom;
+- (UIUserInterfaceIdiom)userInterfaceIdiom;
 @end
 
 @interface UIApplication : NSObject

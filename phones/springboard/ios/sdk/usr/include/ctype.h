@@ -1,0 +1,2 @@
+/// Classes of characters. Nothing is used of them; the C++ library includes the header.
+#pragma once

@@ -1,0 +1,4 @@
+/// The processor's time.
+#pragma once
+
+extern "C" int sched_yield(void);

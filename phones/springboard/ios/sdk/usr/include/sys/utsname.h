@@ -1,0 +1,12 @@
+/// The names of the system and of the machine.
+#pragma once
+
+struct utsname {
+    char sysname[256];
+    char nodename[256];
+    char release[256];
+    char version[256];
+    char machine[256];
+};
+
+extern "C" int uname(utsname*);

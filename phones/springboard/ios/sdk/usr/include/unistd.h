@@ -1,0 +1,4 @@
+/// Waiting.
+#pragma once
+
+extern "C" unsigned int sleep(unsigned int seconds);
