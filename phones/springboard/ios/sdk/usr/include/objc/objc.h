@@ -9,7 +9,7 @@ typedef struct objc_selector* SEL;
 typedef void (*IMP)(void);
 
 // A call extends a BOOL as its type demands, so the type is part of the binary interface.
-#ifdef __OBJC_BOOL_IS_BOOL
+#if __OBJC_BOOL_IS_BOOL
 typedef bool BOOL;
 #else
 typedef signed char BOOL;
