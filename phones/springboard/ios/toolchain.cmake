@@ -1,12 +1,10 @@
-# Clang for an iOS device, on Debian.
-#
-#   NOCTARA_IOS_ARCH   arm64 (the default), or armv7, which can be compiled but not linked
-#   NOCTARA_IOS_SDK    the folder of Apple's SDK for iOS; without it, the folder `sdk` beside this file
+# Clang for an iOS device, on Debian. NOCTARA_IOS_ARCH is arm64, or armv7, which can be compiled but
+# not linked.
 set(NOCTARA_IOS_ARCH arm64 CACHE STRING "arm64 or armv7")
-set(NOCTARA_IOS_SDK "" CACHE PATH "Apple's SDK for iOS; empty for the headers and stubs of this folder")
-list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES NOCTARA_IOS_ARCH NOCTARA_IOS_SDK)
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES NOCTARA_IOS_ARCH)
 
-# The oldest system whose libraries are known to export everything that the library imports.
+# The oldest system whose libraries are known to export everything that the library imports. arm64
+# phones began with 7.0, and the format of the library is that of 7.0.
 set(NOCTARA_IOS_MINIMUM 9.3)
 
 # CMake's own support of iOS needs Xcode.
@@ -15,7 +13,7 @@ set(CMAKE_SYSTEM_PROCESSOR ${NOCTARA_IOS_ARCH})
 set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
 
 find_program(NOCTARA_CLANG clang++-14 REQUIRED)
-set(CMAKE_CXX_COMPILER ${NOCTARA_CLANG})
-set(CMAKE_OBJCXX_COMPILER ${NOCTARA_CLANG})
-set(CMAKE_CXX_COMPILER_TARGET ${NOCTARA_IOS_ARCH}-apple-ios${NOCTARA_IOS_MINIMUM})
-set(CMAKE_OBJCXX_COMPILER_TARGET ${CMAKE_CXX_COMPILER_TARGET})
+foreach(language CXX OBJCXX)
+    set(CMAKE_${language}_COMPILER ${NOCTARA_CLANG})
+    set(CMAKE_${language}_COMPILER_TARGET ${NOCTARA_IOS_ARCH}-apple-ios${NOCTARA_IOS_MINIMUM})
+endforeach()
