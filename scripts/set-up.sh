@@ -37,7 +37,7 @@ need_packages() {
 }
 
 # build FOLDER TARGET [CMAKE OPTION...]: configures the folder if necessary and builds the target.
-# Prints the output only if that fails.
+# Prints the output only if that fails. An option -S names another source folder than the root.
 build() {
     local folder=$root/$1 target=$2 log
     shift 2
