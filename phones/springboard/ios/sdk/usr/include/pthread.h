@@ -44,13 +44,29 @@ typedef unsigned long pthread_key_t;
 #undef NOCTARA_OPAQUE
 
 #define PTHREAD_MUTEX_INITIALIZER                                                                  \
-    { 0x32AAABA7, {0} }
+    {                                                                                              \
+        0x32AAABA7, {                                                                              \
+            0                                                                                      \
+        }                                                                                          \
+    }
 #define PTHREAD_RECURSIVE_MUTEX_INITIALIZER                                                        \
-    { 0x32AAABA2, {0} }
+    {                                                                                              \
+        0x32AAABA2, {                                                                              \
+            0                                                                                      \
+        }                                                                                          \
+    }
 #define PTHREAD_COND_INITIALIZER                                                                   \
-    { 0x3CB0B1BB, {0} }
+    {                                                                                              \
+        0x3CB0B1BB, {                                                                              \
+            0                                                                                      \
+        }                                                                                          \
+    }
 #define PTHREAD_ONCE_INIT                                                                          \
-    { 0x30B1BCBA, {0} }
+    {                                                                                              \
+        0x30B1BCBA, {                                                                              \
+            0                                                                                      \
+        }                                                                                          \
+    }
 #define PTHREAD_MUTEX_RECURSIVE 2
 
 int pthread_cond_broadcast(pthread_cond_t*);

@@ -4,7 +4,7 @@
 typedef struct objc_class* Class;
 typedef struct objc_object {
     Class isa;
-}* id;
+} * id;
 typedef struct objc_selector* SEL;
 typedef void (*IMP)(void);
 

@@ -26,7 +26,9 @@ enum : NSStringEncoding { NSUTF8StringEncoding = 4, NSISOLatin1StringEncoding = 
 @interface NSString : NSObject
 + (id)stringWithUTF8String:(const char*)text;
 /// Nil if the bytes are not valid in the encoding.
-- (id)initWithBytes:(const void*)bytes length:(NSUInteger)length encoding:(NSStringEncoding)encoding;
+- (id)initWithBytes:(const void*)bytes
+             length:(NSUInteger)length
+           encoding:(NSStringEncoding)encoding;
 /// Nil if `lossy` is NO and a character has no place in the encoding.
 - (NSData*)dataUsingEncoding:(NSStringEncoding)encoding allowLossyConversion:(BOOL)lossy;
 @end
@@ -159,7 +161,5 @@ enum : NSUInteger { NSPropertyListImmutable = 0 };
 @end
 
 @interface NSObject (NSThreadPerformAdditions)
-- (void)performSelectorOnMainThread:(SEL)selector
-                         withObject:(id)argument
-                      waitUntilDone:(BOOL)wait;
+- (void)performSelectorOnMainThread:(SEL)selector withObject:(id)argument waitUntilDone:(BOOL)wait;
 @end
