@@ -1,8 +1,10 @@
 /// The settings page and the sounds of the phone's package agree with what the monitor reads and
-/// plays.
+/// plays, and its library is signed again on the phone.
+#include "input/temporary_folder.h"
 #include "monitor/posture.h"
 #include "phones/model/property_list_file.h"
 #include "tests/monitor/a_settings_file.h"
+#include "tests/programs.h"
 
 #include <algorithm>
 #include <array>
@@ -243,6 +245,46 @@ TEST_F(TheSounds, that_the_monitor_asks_for_are_there_and_short) {
         EXPECT_LT(length, 3) << sound;
     }
     EXPECT_EQ(lengthOfMp3(packaging / "sounds/make-sounds"), 0);
+}
+
+/// Runs the script of the package that follows the unpacking, on a phone that has these tools.
+Played installWith(const std::filesystem::path& tools, const std::string& action) {
+    return run("PATH='" + tools.string() + "' /bin/sh '" + (packaging / "phone/postinst").string() +
+               "' " + action + " 2>&1");
+}
+
+class AnInstallation : public testing::Test {
+protected:
+    void addSigningTool(const std::string& script) const {
+        const auto tool = tools.path / "ldid";
+        std::ofstream(tool) << "#!/bin/sh\n" << script;
+        std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
+    }
+
+    TemporaryFolder tools;
+};
+
+TEST_F(AnInstallation, signs_the_library_with_the_phones_own_tool) {
+    addSigningTool("echo \"$@\"");
+    const auto installed = installWith(tools.path, "configure");
+    EXPECT_EQ(installed.output, "-S /Library/MobileSubstrate/DynamicLibraries/Noctara.dylib\n");
+    EXPECT_EQ(installed.exitCode, 0);
+}
+
+TEST_F(AnInstallation, does_nothing_on_a_phone_without_the_tool) {
+    const auto installed = installWith(tools.path, "configure");
+    EXPECT_EQ(installed.output, "");
+    EXPECT_EQ(installed.exitCode, 0);
+}
+
+TEST_F(AnInstallation, fails_if_the_library_cannot_be_signed) {
+    addSigningTool("exit 1");
+    EXPECT_NE(installWith(tools.path, "configure").exitCode, 0);
+}
+
+TEST_F(AnInstallation, that_is_undone_signs_nothing) {
+    addSigningTool("echo \"$@\"");
+    EXPECT_EQ(installWith(tools.path, "abort-remove").output, "");
 }
 
 } // namespace

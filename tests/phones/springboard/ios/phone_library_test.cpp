@@ -62,6 +62,12 @@ TEST_F(ThePhonesLibrary, runs_on_ios_9_3_and_later) {
     EXPECT_THAT(library.loadCommands("LC_BUILD_VERSION"), IsEmpty());
 }
 
+TEST_F(ThePhonesLibrary, is_in_a_package_that_asks_for_such_a_system) {
+    std::ifstream in(sources / "packaging/phone/control");
+    const std::string control{std::istreambuf_iterator<char>(in), {}};
+    EXPECT_THAT(control, HasSubstr("Depends: firmware (>= 9.3), "));
+}
+
 TEST_F(ThePhonesLibrary, is_bound_in_the_form_that_the_oldest_systems_know) {
     EXPECT_THAT(library.loadCommands("LC_DYLD_INFO_ONLY"), SizeIs(1));
     EXPECT_THAT(library.loadCommands("LC_DYLD_CHAINED_FIXUPS"), IsEmpty());
