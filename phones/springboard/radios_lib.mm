@@ -72,7 +72,7 @@
 
 - (id)getCurrentMaxAllowedDataRate {
     // The core's value would lose a rate that the core does not know.
-    return (id)CTRegistrationGetCurrentMaxAllowedDataRate();
+    return (id)noctara::callIfPresent(CTRegistrationGetCurrentMaxAllowedDataRate);
 }
 
 - (BOOL)is3GEnabled {

@@ -76,7 +76,7 @@ TEST(TheLibrary, asks_the_phone_for_these_functions) {
             "CTRegistrationGetCurrentMaxAllowedDataRate", "CTRegistrationSetMaxAllowedDataRate",
             "GSSystemHasCapability", "IOAllowPowerChange", "IOCancelPowerChange",
             "IONotificationPortGetRunLoopSource", "IORegisterForSystemPower", "MSHookMessageEx",
-            "_CTServerConnectionCreate", "dispatch_get_main_queue",
+            "_CTServerConnectionCreate", "dispatch_get_main_queue", "kCFAllocatorDefault",
             "kCFCoreFoundationVersionNumber", "kCFRunLoopCommonModes", "kCTRegistrationDataRate2G",
             "kCTRegistrationDataRate3G", "kCTRegistrationDataRate4G", "notify_post",
             "notify_register_dispatch"));

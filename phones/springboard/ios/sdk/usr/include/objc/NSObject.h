@@ -24,6 +24,7 @@ __attribute__((objc_root_class))
 - (id)retain;
 - (void)release;
 - (id)autorelease;
+- (void)dealloc;
 - (BOOL)isKindOfClass:(Class)aClass;
 - (BOOL)respondsToSelector:(SEL)selector;
 - (id)performSelector:(SEL)selector;
