@@ -6,13 +6,13 @@
 #include "input/temporary_folder.h"
 #include "night/chosen_scenario.h"
 #include "night/night_files.h"
+#include "night/story_process.h"
 #include "night/trace.h"
 #include "phones/stand_in/host/injected_library.h"
 #include "phones/stand_in/host/interruption.h"
 #include "phones/stand_in/host/phone_in_real_time.h"
 #include "phones/stand_in/host/phone_on_virtual_clock.h"
 #include "phones/stand_in/host/springboard.h"
-#include "phones/stand_in/host/story_process.h"
 #include "phones/stand_in/host/usage.h"
 #include "phones/stand_in/host/watched_foundation.h"
 
@@ -84,23 +84,6 @@ void startWithConfiguration(char** arguments) {
     _exit(exitCode);
 }
 
-/// How `noctara` tells the story of this night from its trace.
-std::vector<std::string> storyArguments(const Options& options) {
-    std::vector<std::string> arguments{"replay", "-"};
-    const auto add = [&](const char* name, const auto& value) {
-        if (value) {
-            arguments.emplace_back(name);
-            arguments.push_back(*value);
-        }
-    };
-    add("--scenario", options.scenario);
-    add("--start", options.overrides.start);
-    add("--end", options.overrides.end);
-    if (options.log)
-        arguments.emplace_back("--log");
-    return arguments;
-}
-
 void reportCapabilities() {
     if (!springBoard::scanCapabilities())
         throw BadInput("--capabilities: the device has no such report without the library");
@@ -136,7 +119,9 @@ int play(const Options& options) {
     // It is started while this process has one thread and no interruption to note.
     std::optional<StoryProcess> story;
     if (!options.capabilities)
-        story.emplace(buildFolder() / "noctara", storyArguments(options), options.realTime);
+        story.emplace(buildFolder() / "noctara",
+                      storyArguments(options.scenario, options.overrides, options.log),
+                      options.realTime);
     watchForInterruption();
     setUpFoundation(scenario.timezone.c_str());
     watchFoundation();

@@ -1,4 +1,4 @@
-#include "phones/stand_in/host/story_process.h"
+#include "night/story_process.h"
 
 #include "input/command_line.h"
 
@@ -36,6 +36,23 @@ private:
 };
 
 } // namespace
+
+std::vector<std::string> storyArguments(const std::optional<std::filesystem::path>& scenario,
+                                        const ScenarioOverrides& overrides, bool log) {
+    std::vector<std::string> arguments{"replay", "-"};
+    const auto add = [&](const char* name, const auto& value) {
+        if (value) {
+            arguments.emplace_back(name);
+            arguments.push_back(*value);
+        }
+    };
+    add("--scenario", scenario);
+    add("--start", overrides.start);
+    add("--end", overrides.end);
+    if (log)
+        arguments.emplace_back("--log");
+    return arguments;
+}
 
 StoryProcess::StoryProcess(const std::filesystem::path& command, std::vector<std::string> arguments,
                            bool live) {

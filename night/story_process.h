@@ -1,8 +1,8 @@
-/// The process that tells the story of the night: `noctara replay`, which is fed what happens as a
-/// trace. It follows the monitor's decisions, which this process cannot: the monitor is inside the
-/// injected library, and no second one is linked in here.
+/// A child process that prints the story of a night: `noctara replay`, which reads the trace of the
+/// night from a pipe. A phone whose monitor is inside a library cannot print the story itself.
 #pragma once
 
+#include "night/scenario_file.h"
 #include "night/trace.h"
 #include "phones/model/phone_observer.h"
 
@@ -14,6 +14,10 @@
 #include <vector>
 
 namespace noctara {
+
+/// The arguments of `noctara` for the story of a night.
+std::vector<std::string> storyArguments(const std::optional<std::filesystem::path>& scenario,
+                                        const ScenarioOverrides& overrides, bool log);
 
 class StoryProcess final : public PhoneObserver {
 public:
