@@ -1,4 +1,4 @@
-/// `scripts/agree`: plays random scenarios on both phones and reports whether the traces agree.
+/// `scripts/agree`: plays random scenarios on all phones and reports whether the traces agree.
 #include "input/command_line.h"
 #include "input/temporary_folder.h"
 #include "tests/agreement/agreement.h"
@@ -57,7 +57,7 @@ private:
         Agreement agreement;
         try {
             fs::create_directory(own);
-            agreement = playBoth(writeRandomScenario(seed, own));
+            agreement = playOnAll(writeRandomScenario(seed, own));
             if (!agreement.difference)
                 fs::remove_all(own);
         } catch (const std::exception& error) {
@@ -112,8 +112,8 @@ int main(int argumentCount, char** arguments) {
     constexpr std::uint64_t largestSeed = most * most;
     std::uint64_t count = 200;
     std::uint64_t firstSeed = 1;
-    CLI::App app{"Plays random scenarios on the simulated phone, and with the library injected on "
-                 "the stand-in phone, and compares the traces."};
+    CLI::App app{"Plays random scenarios on the simulated phone, and with the library on the "
+                 "stand-in phone and on the emulated phone, and compares the traces."};
     app.name("agree");
     app.add_option("N", count, "how many scenarios")
         ->check(CLI::Range(std::uint64_t{1}, most))

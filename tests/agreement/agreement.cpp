@@ -73,19 +73,18 @@ int run(std::vector<std::string> command, const fs::path& output) {
     return status;
 }
 
-/// One of the two plays.
+/// One of the plays.
 struct Play {
-    std::string player;
+    const Player& player;
     std::vector<std::string> command;
     fs::path trace;
     fs::path output;
 
-    Play(const std::string& name, const std::vector<std::string>& program,
-         const fs::path& scenario) :
-        player(name),
-        command(program),
-        trace(beside(scenario, '.' + name + ".jsonl")),
-        output(beside(scenario, '.' + name + ".txt")) {
+    Play(const Player& itsPlayer, const fs::path& scenario) :
+        player(itsPlayer),
+        command(player.command),
+        trace(beside(scenario, '.' + player.name + ".jsonl")),
+        output(beside(scenario, '.' + player.name + ".txt")) {
         command.insert(command.end(), {scenario.string(), "--trace", trace.string()});
     }
 
@@ -94,9 +93,7 @@ struct Play {
     std::string playAndComplain() {
         // What an earlier play left must not be taken for this one's.
         fs::remove(trace);
-        std::vector<std::string> limited{"timeout", "--foreground", "--kill-after=10", mostSeconds};
-        limited.insert(limited.end(), command.begin(), command.end());
-        const int status = run(limited, output);
+        const int status = runLimited(command);
         if (WIFSIGNALED(status))
             return complaint("was ended by signal " + std::to_string(WTERMSIG(status)));
         code = WEXITSTATUS(status);
@@ -114,6 +111,18 @@ struct Play {
         return readTrace(lines, trace.filename().string(), comparedOrder);
     }
 
+    /// From which place in the library the call of a line came. Empty if the program cannot tell.
+    std::string placeOf(std::size_t line) {
+        if (player.placeOption.empty() || line == 0)
+            return {};
+        std::vector<std::string> again = command;
+        again.insert(again.end(), {player.placeOption, std::to_string(line)});
+        runLimited(again);
+        const std::string text = contents(output);
+        const auto place = text.find("Line " + std::to_string(line) + " comes from");
+        return place == text.npos ? std::string() : text.substr(place);
+    }
+
     int exitCode() const { return code; }
 
     std::string commandLine() const {
@@ -124,36 +133,57 @@ struct Play {
     }
 
 private:
+    int runLimited(const std::vector<std::string>& program) const {
+        std::vector<std::string> limited{"timeout", "--foreground", "--kill-after=10", mostSeconds};
+        limited.insert(limited.end(), program.begin(), program.end());
+        return run(limited, output);
+    }
+
     std::string complaint(const std::string& end) const {
-        return "the " + player + " play " + end + "; it printed:\n" + contents(output) + '\n';
+        return "the " + player.name + " play " + end + "; it printed:\n" + contents(output) + '\n';
     }
 
     int code = 0;
 };
 
+/// Empty if the two agree.
+std::string compare(const Play& first, const Trace& expected, Play& other) {
+    std::string wrong;
+    if (first.exitCode() != other.exitCode())
+        wrong = "one of the plays found something wrong with the night, the other did not:\n" +
+                contents((first.exitCode() == 0 ? other : first).output) + '\n';
+    if (const auto difference = traceDifference(expected, other.read()))
+        wrong += difference->text + other.placeOf(difference->otherLine);
+    return wrong;
+}
+
 } // namespace
 
-Agreement playBoth(const fs::path& scenario, const Players& players) {
-    Play simulated("simulated", players.simulated, scenario);
-    Play injected("injected", players.injected, scenario);
+Agreement playOnAll(const fs::path& scenario, const Players& players) {
+    std::vector<Play> plays;
+    for (const Player& player : players)
+        plays.emplace_back(player, scenario);
     Agreement agreement;
-    std::string wrong = simulated.playAndComplain() + injected.playAndComplain();
-    if (wrong.empty() && simulated.exitCode() != injected.exitCode())
-        wrong = "one of the plays found something wrong with the night, the other did not:\n" +
-                contents((simulated.exitCode() == 0 ? injected : simulated).output) + '\n';
+    std::string wrong;
+    for (Play& play : plays)
+        wrong += play.playAndComplain();
     try {
-        const Trace expected = simulated.read();
+        const Trace expected = plays.front().read();
         agreement.lines = expected.lines;
-        agreement.sleepStates = count(contents(simulated.output), sleepStateSentence);
+        agreement.sleepStates = count(contents(plays.front().output), sleepStateSentence);
         if (expected.lines == 0)
             wrong += expected.name + " is empty\n";
-        wrong += traceDifference(expected, injected.read()).value_or("");
+        for (std::size_t i = 1; i < plays.size(); ++i)
+            wrong += compare(plays.front(), expected, plays[i]);
     } catch (const BadTrace& error) {
         wrong += std::string(error.what()) + '\n';
     }
-    if (!wrong.empty())
-        agreement.difference = wrong + "Played by\n  " + simulated.commandLine() + "\n  " +
-                               injected.commandLine() + '\n';
+    if (!wrong.empty()) {
+        wrong += "Played by\n";
+        for (const Play& play : plays)
+            wrong += "  " + play.commandLine() + '\n';
+        agreement.difference = wrong;
+    }
     return agreement;
 }
 

@@ -1,5 +1,6 @@
-/// The library in the stand-in phone makes the same calls, with the same arguments, as the monitor
-/// of the simulated phone, in every ready-made night and in random nights.
+/// The library makes the same calls, with the same arguments, on the stand-in phone and on the
+/// emulated phone as the monitor of the simulated phone, in every ready-made night and in random
+/// nights.
 #include "input/temporary_folder.h"
 #include "tests/agreement/agreement.h"
 
@@ -25,10 +26,10 @@ const fs::path scenarios = fs::path(NOCTARA_SOURCE_DIR) / "scenarios";
 /// The number of random nights in a run of the tests; scripts/agree plays any number.
 constexpr std::uint64_t randomScenarios = 24;
 
-class BothPhones : public testing::Test {
+class AllPhones : public testing::Test {
 protected:
     /// Keeps the files of a play in which the phones did not agree.
-    ~BothPhones() override {
+    ~AllPhones() override {
         if (HasFailure())
             temporary.keep();
     }
@@ -37,13 +38,13 @@ protected:
     const fs::path folder = temporary.path;
 };
 
-class BothPhonesInAReadyMadeNight : public BothPhones,
-                                    public testing::WithParamInterface<std::string> {};
+class AllPhonesInAReadyMadeNight : public AllPhones,
+                                   public testing::WithParamInterface<std::string> {};
 
-TEST_P(BothPhonesInAReadyMadeNight, do_the_same) {
+TEST_P(AllPhonesInAReadyMadeNight, do_the_same) {
     const fs::path scenario = folder / (GetParam() + ".toml");
     fs::copy_file(scenarios / scenario.filename(), scenario);
-    const Agreement agreement = playBoth(scenario);
+    const Agreement agreement = playOnAll(scenario);
     EXPECT_FALSE(agreement.difference) << *agreement.difference;
     EXPECT_GT(agreement.lines, 1000U);
 }
@@ -57,43 +58,44 @@ std::vector<std::string> readyMadeNights() {
     return names;
 }
 
-INSTANTIATE_TEST_SUITE_P(Scenarios, BothPhonesInAReadyMadeNight,
+INSTANTIATE_TEST_SUITE_P(Scenarios, AllPhonesInAReadyMadeNight,
                          testing::ValuesIn(readyMadeNights()), [](const auto& night) {
                              std::string name = night.param;
                              std::replace(name.begin(), name.end(), '-', '_');
                              return name;
                          });
 
-TEST_F(BothPhones, go_into_the_sleep_state_in_the_typical_night) {
+TEST_F(AllPhones, go_into_the_sleep_state_in_the_typical_night) {
     const fs::path scenario = folder / "typical-night.toml";
     fs::copy_file(scenarios / scenario.filename(), scenario);
-    EXPECT_EQ(playBoth(scenario).sleepStates, 1U);
+    EXPECT_EQ(playOnAll(scenario).sleepStates, 1U);
 }
 
-class BothPhonesInARandomNight : public BothPhones,
-                                 public testing::WithParamInterface<std::uint64_t> {};
+class AllPhonesInARandomNight : public AllPhones,
+                                public testing::WithParamInterface<std::uint64_t> {};
 
-TEST_P(BothPhonesInARandomNight, do_the_same) {
-    const Agreement agreement = playBoth(writeRandomScenario(GetParam(), folder));
+TEST_P(AllPhonesInARandomNight, do_the_same) {
+    const Agreement agreement = playOnAll(writeRandomScenario(GetParam(), folder));
     EXPECT_FALSE(agreement.difference)
         << *agreement.difference << "To play it again: scripts/agree 1 " << GetParam();
     EXPECT_GT(agreement.lines, 0U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Seeds, BothPhonesInARandomNight,
+INSTANTIATE_TEST_SUITE_P(Seeds, AllPhonesInARandomNight,
                          testing::Range(std::uint64_t{1}, randomScenarios + 1),
                          testing::PrintToStringParamName());
 
-/// A program in place of the stand-in phone: a script that gets the scenario as $1 and the trace's
+/// A program in place of another phone: a script that gets the scenario as $1 and the trace's
 /// name as $3.
-class AnotherProgramInItsPlace : public BothPhones {
+class AnotherProgramInItsPlace : public AllPhones {
 protected:
     std::string whatIsWrong(const std::string& script) {
         const fs::path file = folder / "program";
         std::ofstream(file) << script;
         const fs::path scenario = folder / "night.toml";
         std::ofstream(scenario) << "hours = 0.2\n[settings]\nScanInterval = 1\n";
-        return playBoth(scenario, {{NOCTARA_COMMAND, "night"}, {"sh", file.string()}})
+        return playOnAll(scenario, {{"simulated", {NOCTARA_COMMAND, "night"}},
+                                    {"other", {"sh", file.string()}}})
             .difference.value_or("they agree");
     }
 
@@ -131,7 +133,7 @@ TEST_F(AnotherProgramInItsPlace, is_caught_when_it_refuses_the_scenario) {
 }
 
 TEST_F(AnotherProgramInItsPlace, is_caught_when_it_writes_no_trace) {
-    EXPECT_THAT(whatIsWrong("exit 0\n"), HasSubstr("night.injected.jsonl: was not written"));
+    EXPECT_THAT(whatIsWrong("exit 0\n"), HasSubstr("night.other.jsonl: was not written"));
 }
 
 TEST_F(AnotherProgramInItsPlace, is_caught_when_its_trace_is_cut_off_within_a_line) {

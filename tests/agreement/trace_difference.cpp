@@ -74,8 +74,8 @@ void show(std::ostream& text, const Trace& trace, const std::vector<TraceLine>& 
         text << "  > (it ends here)\n";
 }
 
-/// Empty when there is none.
-std::string difference(const Trace& one, const Trace& other, const std::string& thread) {
+/// The text is empty if there is none.
+TraceDifference difference(const Trace& one, const Trace& other, const std::string& thread) {
     static const std::vector<TraceLine> none;
     const auto linesOf = [&](const Trace& trace) -> const std::vector<TraceLine>& {
         const auto found = trace.order.find(thread);
@@ -96,7 +96,7 @@ std::string difference(const Trace& one, const Trace& other, const std::string& 
          << place << " lines that agree:\n";
     show(text, one, ones, place);
     show(text, other, others, place);
-    return text.str();
+    return {text.str(), otherAt == others.end() ? 0 : otherAt->number};
 }
 
 } // namespace
@@ -121,15 +121,19 @@ Trace readTrace(std::istream& lines, const std::string& name, TraceOrder order) 
     return trace;
 }
 
-std::optional<std::string> traceDifference(const Trace& one, const Trace& other) {
+std::optional<TraceDifference> traceDifference(const Trace& one, const Trace& other) {
     std::set<std::string> threads;
     for (const Trace* trace : {&one, &other})
         for (const auto& [thread, lines] : trace->order)
             threads.insert(thread);
-    std::string differences;
-    for (const auto& thread : threads)
-        differences += difference(one, other, thread);
-    return differences.empty() ? std::nullopt : std::optional(differences);
+    TraceDifference all{};
+    for (const auto& thread : threads) {
+        const auto [text, otherLine] = difference(one, other, thread);
+        if (all.text.empty())
+            all.otherLine = otherLine;
+        all.text += text;
+    }
+    return all.text.empty() ? std::nullopt : std::optional(all);
 }
 
 } // namespace noctara

@@ -39,8 +39,14 @@ public:
 /// Throws BadTrace. `name` is the name of the trace in messages.
 Trace readTrace(std::istream& lines, const std::string& name, TraceOrder order);
 
-/// Nothing when the traces, read in the same order, agree. Else some lines of text: for each thread
-/// on which they differ the first place where they do, with the lines around it.
-std::optional<std::string> traceDifference(const Trace& one, const Trace& other);
+struct TraceDifference {
+    /// For each thread on which they differ the first place where they do, with the lines around
+    /// it.
+    std::string text;
+    std::size_t otherLine; ///< The line of the other trace at the first place; 0 if it ends there.
+};
+
+/// Absent if the traces, read in the same order, agree.
+std::optional<TraceDifference> traceDifference(const Trace& one, const Trace& other);
 
 } // namespace noctara

@@ -43,8 +43,9 @@ std::string difference(const std::string& one, const std::string& other,
                        TraceOrder order = TraceOrder::perThread) {
     std::istringstream ones(one);
     std::istringstream others(other);
-    return traceDifference(readTrace(ones, "one", order), readTrace(others, "other", order))
-        .value_or("");
+    const auto difference =
+        traceDifference(readTrace(ones, "one", order), readTrace(others, "other", order));
+    return difference ? difference->text : "";
 }
 
 std::string refusal(const std::string& text) {

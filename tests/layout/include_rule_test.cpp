@@ -34,6 +34,7 @@ const std::vector<Rule> rules{
     {"phones/replay", {"platform", "host", "input", "phones/model", "night", "phones/simulated"}},
     {"phones/springboard", {"platform", "radios", "monitor", "host"}},
     {"phones/stand_in", {"platform", "input", "phones/model", "night", "phones/springboard"}},
+    {"phones/emulated", {"platform", "input", "phones/model", "night"}},
     {"command",
      {"platform", "radios", "monitor", "host", "input", "phones/model", "night", "recording",
       "phones/simulated", "phones/replay"}},

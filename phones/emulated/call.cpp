@@ -1,0 +1,41 @@
+#include "phones/emulated/call.h"
+
+#include "phones/emulated/foundation.h"
+#include "phones/emulated/process.h"
+
+namespace noctara::emulated {
+
+bool NativeCall::flag(unsigned number) const {
+    // The caller extends a BOOL to 32 bits. The rest of the register is not defined.
+    const std::uint32_t value = this->number(number);
+    if (value > 1)
+        throw Fault("a BOOL argument is " + std::to_string(value));
+    return value == 1;
+}
+
+std::string NativeCall::text(unsigned number) const {
+    return process.memory.text(word(number));
+}
+
+Object* NativeCall::object(unsigned number) const {
+    return process.objectiveC.object(word(number));
+}
+
+std::uint64_t NativeCall::variadic(unsigned number) const {
+    return process.memory.read<std::uint64_t>(cpu.stackPointer() + 8 * Address{number});
+}
+
+void NativeCall::returnsNumber(std::uint32_t value) {
+    returns(undefinedHalf | value);
+}
+
+void NativeCall::returnsAutoreleased(Object* object) {
+    returnsObject(process.objectiveC.autorelease(object, cpu));
+}
+
+Object& NativeCall::makeObject(const char* className, std::unique_ptr<Object> content) {
+    return process.objectiveC.add(std::move(content), process.objectiveC.existingClass(className),
+                                  place());
+}
+
+} // namespace noctara::emulated

@@ -1,0 +1,83 @@
+/// A call from the library to the phone, as the platform's calling convention passes it.
+#pragma once
+
+#include "phones/emulated/memory.h"
+#include "phones/emulated/objective_c.h"
+#include "phones/emulated/processor.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace noctara::emulated {
+
+class NativeCall {
+public:
+    NativeCall(Process& ofProcess, Processor& onProcessor) : process(ofProcess), cpu(onProcessor) {}
+
+    // The arguments, by their number among the integers and pointers.
+    std::uint64_t word(unsigned number) const { return cpu.x(firstArgument + number); }
+    std::uint32_t number(unsigned index) const { return static_cast<std::uint32_t>(word(index)); }
+    /// A BOOL, which its caller has extended to 32 bits. Throws Fault if it has not.
+    bool flag(unsigned number) const;
+    double real(unsigned number) const { return cpu.d(number); }
+    /// A C string. Throws Fault for null.
+    std::string text(unsigned number) const;
+    /// Null for nil.
+    Object* object(unsigned number) const;
+
+    /// An argument after the last named one. Each takes eight bytes on the stack.
+    std::uint64_t variadic(unsigned number) const;
+
+    void returns(std::uint64_t value) { cpu.setX(0, value); }
+    /// A result of 32 bits. The upper half of the register is not defined.
+    void returnsNumber(std::uint32_t value);
+    void returnsFlag(bool value) { returnsNumber(value ? 1 : 0); }
+    void returnsReal(double value) { cpu.setD(0, value); }
+    void returnsObject(Object* object) { returns(object ? object->address : 0); }
+    /// A new object, which the current pool releases.
+    void returnsAutoreleased(Object* object);
+
+    /// Makes a new object of the phone's for the library, with one reference.
+    template <typename Content>
+    Content& make(const char* className, Content content = {}) {
+        return static_cast<Content&>(
+            makeObject(className, std::make_unique<Content>(std::move(content))));
+    }
+
+    /// The address in the library that made the call.
+    Address place() const { return cpu.caller(); }
+
+    Process& process;
+    Processor& cpu;
+
+protected:
+    unsigned firstArgument = 0;
+
+private:
+    Object& makeObject(const char* className, std::unique_ptr<Object> content);
+};
+
+/// A message to an object or a class of the phone's.
+class Message : public NativeCall {
+public:
+    Message(Process& ofProcess, Processor& onProcessor, Receiver itsReceiver,
+            std::string_view itsSelector) :
+        NativeCall(ofProcess, onProcessor), receiver(itsReceiver), selector(itsSelector) {
+        // The receiver and the selector come first.
+        firstArgument = 2;
+    }
+
+    /// The receiver, which has the content of its class.
+    template <typename Content>
+    Content& self() const {
+        return dynamic_cast<Content&>(*receiver.object);
+    }
+
+    const Receiver receiver;
+    const std::string_view selector;
+};
+
+using NativeFunction = std::function<void(NativeCall&)>;
+
+} // namespace noctara::emulated

@@ -1,0 +1,68 @@
+/// A phone whose SpringBoard runs the phone's own library, instruction by instruction. Behind the
+/// functions and classes that the library imports stands the same model as behind the simulated
+/// phone.
+///
+/// Only one thread runs at a time. The monitor runs until it sleeps; everything that is due until
+/// the end of its sleep then runs as work of the main thread.
+#pragma once
+
+#include "phones/emulated/memory.h"
+#include "phones/model/phone_model.h"
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+
+namespace noctara::emulated {
+
+class Process;
+
+class EmulatedPhone final : public PhoneModel {
+public:
+    /// Loads the library, as the loader of the phone does. Throws BadLibrary. There is one phone at
+    /// a time.
+    EmulatedPhone(const Scenario& scenario, std::unique_ptr<FileStore> files,
+                  const std::filesystem::path& library, Address slide);
+    ~EmulatedPhone() override;
+
+    /// Runs the library's initialisers, and SpringBoard to the end of its launch.
+    void launch();
+
+    /// Plays the scenario to its end. Throws MonitorSpins, and Fault.
+    void playToTheEnd();
+
+    Process& emulatedProcess() { return *theProcess; }
+
+    // What the functions that stand for the phone's own call.
+
+    Date now() const { return clock.wall(); }
+    std::int64_t time();
+    void sleep(unsigned seconds);
+    void startMonitor(const std::string& name, std::function<void()> body);
+    void performOnMainThread(const std::string& selector, const std::function<void()>& work);
+    PowerConnection registerForSystemPower(Address refcon, Address callback,
+                                           NotificationPortRef& port);
+    ServerConnectionRef createServerConnection(Address callback);
+
+    const double coreFoundationVersion;
+
+private:
+    /// The night ends while the monitor sleeps.
+    struct NightIsOver {};
+
+    void sendACPowerChanged() override;
+    void stopMonitor() override;
+
+    static void deliverPowerMessage(void*, std::uint32_t service, std::uint32_t type,
+                                    void* argument);
+    static void deliverServerAnswer();
+
+    static EmulatedPhone* current; ///< The functions of the system have no context.
+    std::function<void()> monitorBody;
+    Address powerRefcon = 0;
+    Address powerCallback = 0;
+    Address serverCallback = 0;
+    std::unique_ptr<Process> theProcess;
+};
+
+} // namespace noctara::emulated

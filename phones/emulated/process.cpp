@@ -1,0 +1,244 @@
+#include "phones/emulated/process.h"
+
+#include "input/file_reading.h"
+#include "phones/emulated/foundation.h"
+#include "phones/emulated/system_libraries.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cxxabi.h>
+
+namespace noctara::emulated {
+
+namespace {
+
+constexpr Address dataStart = 0x1'0000'0000;
+constexpr std::size_t dataSize = 0x100000;
+constexpr Address mainStack = 0x4'0000'0000;
+constexpr Address monitorStack = 0x5'0000'0000;
+/// What iOS gives the main thread, and any other.
+constexpr std::size_t mainStackSize = 0x100000;
+constexpr std::size_t monitorStackSize = 0x80000;
+constexpr std::uint32_t returnInstruction = 0xd65f03c0;
+
+constexpr std::size_t pagesOf(std::size_t size) {
+    return (size + 0x3fff) & ~std::size_t{0x3fff};
+}
+
+std::string contentOf(const std::filesystem::path& file) {
+    try {
+        return readFile(file, 64);
+    } catch (const UnreadableFile& error) {
+        throw BadLibrary(error.what());
+    }
+}
+
+std::string demangled(const std::string& symbol) {
+    if (!symbol.starts_with("__Z"))
+        return symbol.starts_with('_') ? symbol.substr(1) : symbol;
+    int status = 0;
+    const std::unique_ptr<char, void (*)(void*)> name(
+        abi::__cxa_demangle(symbol.c_str() + 1, nullptr, nullptr, &status), std::free);
+    return status == 0 ? name.get() : symbol;
+}
+
+} // namespace
+
+Process::Process(EmulatedPhone& itsPhone, const std::filesystem::path& path, Address itsSlide) :
+    phone(itsPhone), heap(memory), objectiveC(*this), slide(itsSlide), nextData(dataStart) {
+    memory.map(dataStart, dataSize, Memory::Access::readAndWrite);
+    memory.map(firstTrap, trapSize * mostTraps, Memory::Access::readAndExecute);
+    memory.map(returnAddress, 0x4000, Memory::Access::readAndExecute);
+    memory.map(mainStack, mainStackSize, Memory::Access::readAndWrite);
+    memory.map(monitorStack, monitorStackSize, Memory::Access::readAndWrite);
+    addSystemLibraries(*this);
+
+    const std::string file = contentOf(path);
+    library = readMachO(std::as_bytes(std::span(file)));
+    if (const auto named = path.parent_path() / "names" / path.filename(); exists(named))
+        takeNames(contentOf(named), file);
+    mapLibrary(std::as_bytes(std::span(file)));
+    bindLibrary();
+    objectiveC.registerLibrary(library, slide);
+
+    const auto trap = [this](Processor& processor, std::size_t number) {
+        if (number >= traps.size())
+            throw Fault("a jump to " + inHex(firstTrap + number * trapSize) +
+                        ", where there is no function");
+        NativeCall call(*this, processor);
+        traps[number].function(call);
+    };
+    main =
+        std::make_unique<Processor>(memory, heap, Processor::Stack{mainStack, mainStackSize}, trap);
+    monitor = std::make_unique<Processor>(memory, heap,
+                                          Processor::Stack{monitorStack, monitorStackSize}, trap);
+}
+
+Process::~Process() = default;
+
+void Process::takeNames(const std::string& named, const std::string& stripped) {
+    const MachO other = readMachO(std::as_bytes(std::span(named)));
+    const auto [address, size] = library.section("__TEXT,__text");
+    // The first segment begins with the file, so an address in it is also an offset.
+    if (named.size() >= address + size &&
+        named.compare(address, size, stripped, address, size) == 0)
+        library.symbols = other.symbols;
+}
+
+void Process::mapLibrary(std::span<const std::byte> file) {
+    for (const auto& segment : library.segments) {
+        if (segment.size == 0)
+            continue;
+        using enum Memory::Access;
+        memory.map(slide + segment.address, pagesOf(segment.size),
+                   segment.isExecutable ? readAndExecute
+                   : segment.isWritable ? readAndWrite
+                                        : read);
+        const auto content = file.subspan(segment.offset, segment.sizeInFile);
+        std::memcpy(memory.at(slide + segment.address, segment.size), content.data(),
+                    content.size());
+        librarySize = std::max<std::size_t>(librarySize, segment.address + segment.size);
+    }
+}
+
+void Process::bindLibrary() {
+    for (const Address at : library.rebases)
+        memory.write(slide + at, memory.read<Address>(slide + at) + slide);
+    for (const auto& linked : library.libraries)
+        if (!linked.isWeak && !systemLibraries.contains(linked.installName))
+            throw BadLibrary("the phone has no library " + linked.installName);
+    for (const auto& bind : library.binds) {
+        if (bind.library.empty()) {
+            memory.write(slide + bind.at,
+                         exported(bind.symbol) + static_cast<Address>(bind.addend));
+            continue;
+        }
+        const auto& symbols = systemLibraries[bind.library];
+        const auto found = symbols.find(bind.symbol);
+        if (found == symbols.end() && !bind.isWeak)
+            throw BadLibrary("the symbol " + bind.symbol + " is not in " + bind.library);
+        memory.write(slide + bind.at, found == symbols.end()
+                                          ? Address{0}
+                                          : found->second + static_cast<Address>(bind.addend));
+    }
+}
+
+void Process::initialise() {
+    const auto [address, size] = library.section("__DATA,__mod_init_func");
+    for (Address at = address; at < address + size; at += 8)
+        callOnMain(memory.read<Address>(slide + at), {});
+}
+
+void Process::addFunction(const std::string& installName, const std::string& symbol,
+                          NativeFunction function) {
+    systemLibraries[installName][symbol] = makeTrap(symbol, std::move(function));
+}
+
+Address Process::addData(const std::string& installName, const std::string& symbol,
+                         std::size_t size) {
+    const Address address = allocateData(size);
+    systemLibraries[installName][symbol] = address;
+    return address;
+}
+
+Class& Process::addClass(const std::string& installName, const std::string& name,
+                         const std::string& superclass) {
+    constexpr std::size_t classSize = 40;
+    Class& added = objectiveC.define(name, superclass);
+    added.address = addData(installName, "_OBJC_CLASS_$_" + name, classSize);
+    added.metaclass = addData(installName, "_OBJC_METACLASS_$_" + name, classSize);
+    return added;
+}
+
+Object& Process::shared(const std::string& className) {
+    Object*& object = sharedObjects[className];
+    if (!object) {
+        Class& isa = objectiveC.existingClass(className);
+        object =
+            &objectiveC.add(isa.make ? isa.make() : std::make_unique<Object>(), isa, Address{0});
+        object->isConstant = true;
+    }
+    return *object;
+}
+
+Address Process::allocateData(std::size_t size) {
+    const Address address = nextData;
+    nextData += (size + 15) & ~std::size_t{15};
+    if (nextData > dataStart + dataSize)
+        throw Fault("the data of the phone's libraries is full");
+    return address;
+}
+
+Address Process::makeTrap(std::string name, NativeFunction function) {
+    const Address address = firstTrap + traps.size() * trapSize;
+    if (traps.size() == mostTraps)
+        throw Fault("there are too many functions");
+    traps.push_back({std::move(name), std::move(function)});
+    memory.write(address, returnInstruction);
+    return address;
+}
+
+Address Process::addressOf(const std::string& symbol) const {
+    for (const auto& [installName, symbols] : systemLibraries)
+        if (const auto found = symbols.find(symbol); found != symbols.end())
+            return found->second;
+    throw Fault("the phone has no symbol " + symbol);
+}
+
+Address Process::exported(const std::string& symbol) const {
+    const auto found = library.exports.find(symbol);
+    if (found == library.exports.end())
+        throw BadLibrary("it does not export " + symbol);
+    return slide + found->second;
+}
+
+Address Process::constantText(const std::string& text) {
+    const Address address = allocateData(text.size() + 1);
+    std::memcpy(memory.at(address, text.size() + 1), text.c_str(), text.size() + 1);
+    return address;
+}
+
+std::string Process::describe(Address place) const {
+    if (place >= firstTrap && (place - firstTrap) / trapSize < traps.size())
+        return demangled(traps[(place - firstTrap) / trapSize].name);
+    if (!isInLibrary(place))
+        return inHex(place);
+    auto symbol = library.symbols.upper_bound(place - slide);
+    if (symbol == library.symbols.begin())
+        return "the library + " + inHex(place - slide);
+    --symbol;
+    return demangled(symbol->second) + " + " + inHex(place - slide - symbol->first);
+}
+
+std::string Process::whereabouts(const Processor& processor) const {
+    std::string text = "in " + describe(processor.instruction());
+    std::vector<Address> callers = processor.callers();
+    if (!isInLibrary(processor.instruction()))
+        callers.insert(callers.begin(), processor.caller());
+    Address last = 0;
+    for (const Address caller : callers)
+        if (isInLibrary(caller) && caller != last)
+            text += "\n    called by " + describe(last = caller);
+    return text;
+}
+
+std::uint64_t Process::send(Processor& processor, Address receiver, const std::string& selector,
+                            std::initializer_list<std::uint64_t> arguments) {
+    std::uint64_t words[6] = {receiver, objectiveC.selector(selector)};
+    std::copy(arguments.begin(), arguments.end(), words + 2);
+    const Address pool = objectiveC.pushPool(processor);
+    const std::uint64_t result = processor.call(
+        addressOf("_objc_msgSend"), {words[0], words[1], words[2], words[3], words[4], words[5]});
+    objectiveC.popPool(pool, processor);
+    return result;
+}
+
+std::uint64_t Process::callOnMain(Address function,
+                                  std::initializer_list<std::uint64_t> arguments) {
+    const Address pool = objectiveC.pushPool(*main);
+    const std::uint64_t result = main->call(function, arguments);
+    objectiveC.popPool(pool, *main);
+    return result;
+}
+
+} // namespace noctara::emulated
