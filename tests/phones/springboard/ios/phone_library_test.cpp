@@ -141,6 +141,12 @@ TEST_F(ThePhonesLibrary, keeps_its_addresses_when_it_is_stripped) {
     EXPECT_EQ(code(built), code(built.parent_path() / "names/Noctara.dylib"));
 }
 
+TEST_F(ThePhonesLibrary, multiplies_and_adds_in_two_instructions) {
+    const auto code = run("llvm-objdump-14 -d '" + built.string() + "'").output;
+    EXPECT_THAT(code, ContainsRegex("\\sfmul\\s"));
+    EXPECT_THAT(code, Not(ContainsRegex("\\sfn?m(add|sub|la|ls)\\s")));
+}
+
 TEST_F(ThePhonesLibrary, contains_no_path_of_the_machine_that_built_it) {
     for (const auto& path : {built.parent_path(), sources})
         EXPECT_EQ(library.bytes().find(path.string()), std::string::npos) << path;
