@@ -42,7 +42,7 @@ Json parsed(const std::string& text, const std::string& name, std::size_t number
 }
 
 /// The text that marks the line as one of those that are compared as a set; null if it is not.
-const char* runOf(const TraceLine& line) {
+const char* runOf(const ComparedLine& line) {
     for (const char* text : keyByKey)
         if (line.compared.find(std::string(R"("args":[")") + text) != std::string::npos &&
             line.compared.find(R"("op":"NSLog")") != std::string::npos)
@@ -50,20 +50,20 @@ const char* runOf(const TraceLine& line) {
     return nullptr;
 }
 
-void sortRuns(std::vector<TraceLine>& lines) {
+void sortRuns(std::vector<ComparedLine>& lines) {
     for (auto begin = lines.begin(); begin != lines.end();) {
         const char* const run = runOf(*begin);
         auto end = std::next(begin);
         while (run && end != lines.end() && runOf(*end) == run)
             ++end;
-        std::sort(begin, end, [](const TraceLine& one, const TraceLine& other) {
+        std::sort(begin, end, [](const ComparedLine& one, const ComparedLine& other) {
             return one.compared < other.compared;
         });
         begin = end;
     }
 }
 
-void show(std::ostream& text, const Trace& trace, const std::vector<TraceLine>& lines,
+void show(std::ostream& text, const Trace& trace, const std::vector<ComparedLine>& lines,
           std::size_t place) {
     text << "  " << trace.name << '\n';
     const std::size_t first = place - std::min(place, linesBefore);
@@ -76,8 +76,8 @@ void show(std::ostream& text, const Trace& trace, const std::vector<TraceLine>& 
 
 /// The text is empty if there is none.
 TraceDifference difference(const Trace& one, const Trace& other, const std::string& thread) {
-    static const std::vector<TraceLine> none;
-    const auto linesOf = [&](const Trace& trace) -> const std::vector<TraceLine>& {
+    static const std::vector<ComparedLine> none;
+    const auto linesOf = [&](const Trace& trace) -> const std::vector<ComparedLine>& {
         const auto found = trace.order.find(thread);
         return found == trace.order.end() ? none : found->second;
     };

@@ -17,7 +17,7 @@ enum class TraceOrder {
     whole,     ///< One order over both threads, and the times count.
 };
 
-struct TraceLine {
+struct ComparedLine {
     std::size_t number; ///< From 1, in the file.
     std::string text;
     std::string compared; ///< What counts of it.
@@ -26,8 +26,8 @@ struct TraceLine {
 /// A trace as it is compared, held in memory whole.
 struct Trace {
     std::string name;
-    std::size_t lines = 0;                               ///< All that the file has.
-    std::map<std::string, std::vector<TraceLine>> order; ///< By thread; or one, of no thread.
+    std::size_t lines = 0;                                  ///< All that the file has.
+    std::map<std::string, std::vector<ComparedLine>> order; ///< By thread; or one, of no thread.
 };
 
 /// A line is not a line of a trace. The message names the trace and the line.
