@@ -25,6 +25,11 @@ std::uint64_t NativeCall::variadic(unsigned number) const {
     return process.memory.read<std::uint64_t>(cpu.stackPointer() + 8 * Address{number});
 }
 
+std::byte* NativeCall::target(Address address, std::size_t size) const {
+    cpu.checkFrame(address, size);
+    return process.memory.writable(address, size);
+}
+
 void NativeCall::returnsNumber(std::uint32_t value) {
     returns(undefinedHalf | value);
 }

@@ -29,11 +29,19 @@ public:
     /// An argument after the last named one. Each takes eight bytes on the stack.
     std::uint64_t variadic(unsigned number) const;
 
-    void returns(std::uint64_t value) { cpu.setX(0, value); }
+    /// `size` bytes that the function writes. Throws Fault if the library must not let it.
+    std::byte* target(Address address, std::size_t size) const;
+    /// Writes a result through a pointer.
+    template <typename Value>
+    void store(Address address, const Value& value) const {
+        std::memcpy(target(address, sizeof value), &value, sizeof value);
+    }
+
+    void returns(std::uint64_t value) { cpu.returnX(0, value); }
     /// A result of 32 bits. The upper half of the register is not defined.
     void returnsNumber(std::uint32_t value);
     void returnsFlag(bool value) { returnsNumber(value ? 1 : 0); }
-    void returnsReal(double value) { cpu.setD(0, value); }
+    void returnsReal(double value) { cpu.returnD(0, value); }
     void returnsObject(Object* object) { returns(object ? object->address : 0); }
     /// A new object, which the current pool releases.
     void returnsAutoreleased(Object* object);
@@ -72,6 +80,10 @@ public:
     template <typename Content>
     Content& self() const {
         return dynamic_cast<Content&>(*receiver.object);
+    }
+
+    void returnsReceiver() {
+        returns(receiver.object ? receiver.object->address : receiver.aClass->address);
     }
 
     const Receiver receiver;

@@ -61,6 +61,11 @@ private:
     const Address address;
 };
 
+/// A constructor or destructor that does nothing else.
+void returnObject(NativeCall& c) {
+    c.returns(c.word(0));
+}
+
 /// The prefix of the members of std::string.
 const std::string stringMember = "__ZNSt3__112basic_stringIcNS_11char_traitsIcEENS_9allocatorIcEEE";
 const std::string stringConstMember =
@@ -72,6 +77,12 @@ void addStrings(Process& process) {
     };
     const auto change = [](NativeCall& c, const std::string& text) {
         StringInProcess(c, c.word(0)).set(text);
+        c.returns(c.word(0));
+    };
+    // A constructor returns the object, and so does a destructor.
+    const auto construct = [](NativeCall& c, const std::string& text) {
+        StringInProcess(c, c.word(0)).construct(text);
+        c.returns(c.word(0));
     };
     const auto textOfArgument = [](NativeCall& c, unsigned number) {
         return StringInProcess(c, c.word(number)).get();
@@ -92,14 +103,15 @@ void addStrings(Process& process) {
         [=](NativeCall& c) { change(c, textOfArgument(c, 0) + static_cast<char>(c.word(1))); });
     add(stringMember + "aSERKS5_", [=](NativeCall& c) { change(c, textOfArgument(c, 1)); });
     add(stringMember + "C1ERKS5_",
-        [=](NativeCall& c) { StringInProcess(c, c.word(0)).construct(textOfArgument(c, 1)); });
+        [=](NativeCall& c) { construct(c, textOfArgument(c, 1)); });
     add(stringMember + "C1ERKS5_mmRKS4_", [=](NativeCall& c) {
-        StringInProcess(c, c.word(0)).construct(textOfArgument(c, 1).substr(c.word(2), c.word(3)));
+        construct(c, textOfArgument(c, 1).substr(c.word(2), c.word(3)));
     });
     add(stringMember + "D1Ev", [=](NativeCall& c) {
         const Address string = c.word(0);
         if (c.process.memory.read<std::uint8_t>(string + 23) & 0x80)
             c.process.heap.free(c.process.memory.read<Address>(string));
+        c.returns(string);
     });
     add(stringConstMember + "7compareEmmPKcm", [=](NativeCall& c) {
         c.returnsNumber(static_cast<std::uint32_t>(textOfArgument(c, 0).compare(
@@ -114,7 +126,12 @@ void addStrings(Process& process) {
 
 void addMemory(Process& process) {
     const NativeFunction allocate = [](NativeCall& c) {
-        c.returns(c.process.heap.allocate(c.word(0), c.place()));
+        // The content of new memory is not defined.
+        constexpr int undefined = 0xaa;
+        const std::size_t size = c.word(0);
+        const Address made = c.process.heap.allocate(size, c.place());
+        std::memset(c.process.memory.at(made, size), undefined, size);
+        c.returns(made);
     };
     const NativeFunction free = [](NativeCall& c) { c.process.heap.free(c.word(0)); };
     process.addFunction(libCpp, "__Znwm", allocate);
@@ -138,7 +155,7 @@ void addSharedPointers(Process& process) {
                 c.cpu.call(memory.read<Address>(memory.read<Address>(count) + onZeroSharedWeak),
                            {count});
         });
-    process.addFunction(libCpp, "__ZNSt3__119__shared_weak_countD2Ev", [](NativeCall&) {});
+    process.addFunction(libCpp, "__ZNSt3__119__shared_weak_countD2Ev", returnObject);
     process.addFunction(libCpp, "__ZNKSt3__119__shared_weak_count13__get_deleterERKSt9type_info",
                         [](NativeCall& c) { c.returns(0); });
 }
@@ -149,8 +166,9 @@ void addMutexes(Process& process) {
     process.addFunction(libCpp, member + "C1Ev", [](NativeCall& c) {
         c.process.memory.write(c.word(0), std::uint64_t{0});
         c.process.memory.write(c.word(0) + 8, std::uint64_t{0});
+        c.returns(c.word(0));
     });
-    process.addFunction(libCpp, member + "D1Ev", [](NativeCall&) {});
+    process.addFunction(libCpp, member + "D1Ev", returnObject);
     process.addFunction(libCpp, member + "4lockEv", [](NativeCall& c) {
         const Memory& memory = c.process.memory;
         const auto locks = memory.read<std::uint64_t>(c.word(0));
@@ -222,7 +240,7 @@ void addExceptions(Process& process) {
           "__ZNSt13runtime_errorD1Ev", "__ZNSt20bad_array_new_lengthC1Ev",
           "__ZNSt20bad_array_new_lengthD1Ev", "__ZNSt9bad_allocC1Ev", "__ZNSt9bad_allocD1Ev",
           "__ZNSt9exceptionD2Ev", "__ZNKSt9exception4whatEv"})
-        process.addFunction(libCpp, symbol, [](NativeCall&) {});
+        process.addFunction(libCpp, symbol, returnObject);
 }
 
 } // namespace

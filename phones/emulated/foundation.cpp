@@ -154,11 +154,18 @@ void addRoot(Process& process) {
                 {"class", [](Message& m) { m.returns(m.receiver.aClass->address); }}});
     addMethods(
         root, false,
-        {{"init", [](Message&) {}},
-         {"retain", [](Message& m) { m.process.objectiveC.retain(m.receiver.object); }},
+        {{"init", [](Message& m) { m.returnsReceiver(); }},
+         {"retain",
+          [](Message& m) {
+              m.process.objectiveC.retain(m.receiver.object);
+              m.returnsReceiver();
+          }},
          {"release", [](Message& m) { m.process.objectiveC.release(m.receiver.object, m.cpu); }},
          {"autorelease",
-          [](Message& m) { m.process.objectiveC.autorelease(m.receiver.object, m.cpu); }},
+          [](Message& m) {
+              m.process.objectiveC.autorelease(m.receiver.object, m.cpu);
+              m.returnsReceiver();
+          }},
          {"dealloc",
           [](Message& m) { m.process.objectiveC.deallocate(*m.receiver.object, m.cpu); }},
          {"class", [](Message& m) { m.returns(m.receiver.aClass->address); }},
@@ -213,8 +220,9 @@ void addStrings(Process& process) {
                          self.text = bytes;
                      } else {
                          m.process.objectiveC.release(&self, m.cpu);
-                         m.returns(0);
+                         return m.returns(0);
                      }
+                     m.returnsReceiver();
                  }},
                 {"length", [](Message& m) { m.returns(utf16Length(m.self<StringObject>().text)); }},
                 {"UTF8String",
@@ -413,6 +421,7 @@ void addCollections(Process& process) {
                      }
                      for (const auto& [key, value] : *read)
                          self.entries.emplace_back(objectOf(m, key), objectOf(m, value));
+                     m.returnsReceiver();
                  }},
                 {"writeToFile:atomically:", [](Message& m) {
                      const std::string path = textOf(m.object(0));
@@ -492,8 +501,7 @@ void addFiles(Process& process) {
                      }
                      // The caller releases the description.
                      if (const Address error = m.word(3))
-                         m.process.memory.write(
-                             error, m.make("NSString", StringObject(parsed.error)).address);
+                         m.store(error, m.make("NSString", StringObject(parsed.error)).address);
                      m.returns(0);
                  }}});
 
@@ -545,6 +553,7 @@ void addProcess(Process& process) {
                      auto& self = m.self<ThreadObject>();
                      self.target = m.process.objectiveC.retain(m.object(0));
                      self.selector = m.word(1);
+                     m.returnsReceiver();
                  }},
                 {"setName:", [](Message& m) { m.self<ThreadObject>().name = textOf(m.object(0)); }},
                 {"start", [](Message& m) {

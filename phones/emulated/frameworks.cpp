@@ -58,7 +58,7 @@ void addSounds(Process& process) {
         SoundID sound = 0;
         const bool created = c.process.phone.process.create(pathOfUrl(c.object(0)), sound);
         if (created)
-            c.process.memory.write(c.word(1), sound);
+            c.store(c.word(1), sound);
         c.returnsNumber(created ? 0 : fileNotFound);
     });
     process.addFunction(name, "_AudioServicesPlaySystemSound",
@@ -76,12 +76,13 @@ void addPower(Process& process) {
         const PowerConnection connection =
             c.process.phone.registerForSystemPower(c.word(0), c.word(2), port);
         if (connection != 0) {
-            c.process.memory.write(c.word(1), reinterpret_cast<Address>(port));
-            c.process.memory.write(c.word(3), connection);
+            c.store(c.word(1), reinterpret_cast<Address>(port));
+            c.store(c.word(3), connection);
         }
         c.returnsNumber(connection);
     });
-    process.addFunction(name, "_IONotificationPortGetRunLoopSource", [](NativeCall&) {});
+    process.addFunction(name, "_IONotificationPortGetRunLoopSource",
+                        [](NativeCall& c) { c.returns(c.word(0)); });
     process.addFunction(name, "_IOAllowPowerChange", [](NativeCall& c) {
         c.process.phone.power.allowPowerChange(c.number(0), static_cast<std::intptr_t>(c.word(1)));
         c.returnsNumber(0);
@@ -200,9 +201,9 @@ void addMotion(Process& process) {
     const auto vector = [](Message& m) {
         // A structure of three doubles is returned in three registers.
         const auto& [x, y, z] = m.self<SampleObject>().acceleration;
-        m.cpu.setD(0, x);
-        m.cpu.setD(1, y);
-        m.cpu.setD(2, z);
+        m.cpu.returnD(0, x);
+        m.cpu.returnD(1, y);
+        m.cpu.returnD(2, z);
     };
     for (const auto& [className, selector] : {std::pair("CMAccelerometerData", "acceleration"),
                                               std::pair("CMDeviceMotion", "gravity")}) {

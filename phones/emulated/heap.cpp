@@ -5,7 +5,8 @@
 namespace noctara::emulated {
 
 Heap::Heap(Memory& processMemory) : memory(processMemory), owned(size / unit) {
-    memory.map(start, size, Memory::Access::readAndWrite);
+    memory.map(start, size, Memory::Access::readAndWrite,
+               [this](Address address, std::size_t length) { return owns(address, length); });
 }
 
 Address Heap::allocate(std::size_t length, Address place) {
@@ -20,9 +21,9 @@ Address Heap::allocate(std::size_t length, Address place) {
         address = next;
         next += units * unit + gap;
     }
-    std::memset(memory.at(address, units * unit), 0, units * unit);
     used.emplace(address, Block{length, place});
     setOwned(address, length, true);
+    std::memset(memory.at(address, length), 0, length);
     return address;
 }
 
@@ -34,8 +35,8 @@ void Heap::free(Address address) {
         throw Fault("a free of " + inHex(address) + ", which is no block of the heap");
     const std::size_t length = block->second.size;
     used.erase(block);
-    setOwned(address, length, false);
     std::memset(memory.at(address, length), 0xdb, length);
+    setOwned(address, length, false);
     quarantine.emplace_back(address, length);
     quarantined += length;
     for (; quarantined > mostQuarantined; quarantine.pop_front()) {

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -26,11 +27,15 @@ class Memory {
 public:
     enum class Access { read, readAndWrite, readAndExecute };
 
+    /// Whether the library owns these bytes of a region.
+    using Owns = std::function<bool(Address start, std::size_t size)>;
+
     struct Region {
         Address start;
         std::size_t size;
         Access access;
         std::byte* bytes; ///< On this machine.
+        Owns owns;        ///< Empty: all of them.
     };
 
     Memory() = default;
@@ -39,15 +44,18 @@ public:
     Memory& operator=(const Memory&) = delete;
 
     /// Maps zero bytes. `start` and `size` are multiples of the size of a page.
-    void map(Address start, std::size_t size, Access access);
+    void map(Address start, std::size_t size, Access access, Owns owns = {});
 
     const std::vector<Region>& regions() const { return all; }
 
     /// Whether the bytes are mapped, in one region.
     bool isMapped(Address address, std::size_t size) const { return find(address, size); }
 
-    /// The bytes on this machine. Throws Fault if not all of them are mapped.
+    /// The bytes on this machine. Throws Fault if not all of them are mapped and owned.
     std::byte* at(Address address, std::size_t size) const;
+
+    /// The same, of bytes that the process may write. Throws Fault if they are read-only.
+    std::byte* writable(Address address, std::size_t size) const;
 
     template <typename Value>
     Value read(Address address) const {
@@ -58,7 +66,7 @@ public:
 
     template <typename Value>
     void write(Address address, const Value& value) const {
-        std::memcpy(at(address, sizeof value), &value, sizeof value);
+        std::memcpy(writable(address, sizeof value), &value, sizeof value);
     }
 
     /// A null-terminated string.

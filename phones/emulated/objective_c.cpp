@@ -203,9 +203,10 @@ void ObjectiveC::send(Processor& processor) {
     const Address to = processor.x(0);
     if (to == 0) {
         // A message to nil returns zero, in every register that can hold a result.
-        processor.setX(1, 0);
+        processor.returnX(0, 0);
+        processor.returnX(1, 0);
         for (unsigned i = 0; i < 4; ++i)
-            processor.setD(i, 0);
+            processor.returnD(i, 0);
         return;
     }
     const Receiver found = receiver(to);

@@ -22,10 +22,11 @@ void addObjectiveC(Process& process) {
         c.cpu.setX(1, c.process.objectiveC.selector("init"));
         c.process.objectiveC.send(c.cpu);
     });
-    add("_objc_retain", [](NativeCall& c) { c.process.objectiveC.retain(c.object(0)); });
+    add("_objc_retain",
+        [](NativeCall& c) { c.returnsObject(c.process.objectiveC.retain(c.object(0))); });
     add("_objc_release", [](NativeCall& c) { c.process.objectiveC.release(c.object(0), c.cpu); });
     add("_objc_autorelease",
-        [](NativeCall& c) { c.process.objectiveC.autorelease(c.object(0), c.cpu); });
+        [](NativeCall& c) { c.returnsAutoreleased(c.object(0)); });
     add("_objc_autoreleasePoolPush",
         [](NativeCall& c) { c.returns(c.process.objectiveC.pushPool(c.cpu)); });
     add("_objc_autoreleasePoolPop",
@@ -53,7 +54,7 @@ void addObjectiveC(Process& process) {
         const Address previous =
             hooked ? c.process.objectiveC.replace(*hooked, selector, c.word(2)) : 0;
         if (previous != 0)
-            c.process.memory.write(c.word(3), previous);
+            c.store(c.word(3), previous);
     });
 }
 

@@ -174,7 +174,8 @@ Address Process::makeTrap(std::string name, NativeFunction function) {
     if (traps.size() == mostTraps)
         throw Fault("there are too many functions");
     traps.push_back({std::move(name), std::move(function)});
-    memory.write(address, returnInstruction);
+    std::memcpy(memory.at(address, sizeof returnInstruction), &returnInstruction,
+                sizeof returnInstruction);
     return address;
 }
 
@@ -224,11 +225,10 @@ std::string Process::whereabouts(const Processor& processor) const {
 
 std::uint64_t Process::send(Processor& processor, Address receiver, const std::string& selector,
                             std::initializer_list<std::uint64_t> arguments) {
-    std::uint64_t words[6] = {receiver, objectiveC.selector(selector)};
-    std::copy(arguments.begin(), arguments.end(), words + 2);
+    std::vector<std::uint64_t> words{receiver, objectiveC.selector(selector)};
+    words.insert(words.end(), arguments);
     const Address pool = objectiveC.pushPool(processor);
-    const std::uint64_t result = processor.call(
-        addressOf("_objc_msgSend"), {words[0], words[1], words[2], words[3], words[4], words[5]});
+    const std::uint64_t result = processor.call(addressOf("_objc_msgSend"), words);
     objectiveC.popPool(pool, processor);
     return result;
 }

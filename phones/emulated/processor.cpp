@@ -1,5 +1,6 @@
 #include "phones/emulated/processor.h"
 
+#include <algorithm>
 #include <bit>
 #include <memory>
 #include <unicorn/unicorn.h>
@@ -8,6 +9,13 @@
 namespace noctara::emulated {
 
 namespace {
+
+constexpr unsigned callerSavedX = 18;
+constexpr unsigned callerSavedD = 8;
+/// The size of a frame record.
+constexpr Address frameRecord = 16;
+/// What fills the parts of the stack that no call uses.
+constexpr std::byte unusedStack{0xdb};
 
 int registerX(unsigned number) {
     // x29 and x30 have numbers of their own.
@@ -47,7 +55,14 @@ struct Processor::Hooks {
 
     static void trap(uc_engine*, std::uint64_t address, std::uint32_t, void* processor) {
         auto& self = *static_cast<Processor*>(processor);
-        guarded(self, [&] { self.atTrap(self, (address - firstTrap) / trapSize); });
+        guarded(self, [&] {
+            const auto outerResults = std::exchange(self.results, 0);
+            self.jumps = false;
+            self.atTrap(self, (address - firstTrap) / trapSize);
+            if (!std::exchange(self.jumps, false))
+                self.leaveUndefined(self.results);
+            self.results = outerResults;
+        });
     }
 
     static void heapAccess(uc_engine*, uc_mem_type type, std::uint64_t address, int size,
@@ -97,6 +112,7 @@ Processor::Processor(const Memory& processMemory, const Heap& processHeap, Stack
                      std::function<void(Processor&, std::size_t)> trap) :
     stack(itsStack), memory(processMemory), heap(processHeap), atTrap(std::move(trap)) {
     check(uc_open(UC_ARCH_ARM64, UC_MODE_ARM, &engine), "start");
+    std::memset(memory.at(stack.start, stack.size), static_cast<int>(unusedStack), stack.size);
     const std::uint64_t floatingPoint = 3 << 20;
     check(uc_reg_write(engine, UC_ARM64_REG_CPACR_EL1, &floatingPoint), "switch on arithmetic");
     for (const auto& region : memory.regions())
@@ -126,9 +142,10 @@ void Processor::countInstructions() {
           "set a hook");
 }
 
-std::uint64_t Processor::call(Address function, std::initializer_list<std::uint64_t> arguments) {
+std::uint64_t Processor::call(Address function, const std::vector<std::uint64_t>& arguments) {
     std::unique_ptr<uc_context, uc_err (*)(uc_context*)> outer(nullptr, uc_context_free);
-    if (depth++ == 0) {
+    const bool isOutermost = depth++ == 0;
+    if (isOutermost) {
         const Address top = stack.start + stack.size - 64;
         check(uc_reg_write(engine, UC_ARM64_REG_SP, &top), "set a register");
         setX(29, 0);
@@ -138,12 +155,14 @@ std::uint64_t Processor::call(Address function, std::initializer_list<std::uint6
         outer.reset(saved);
         check(uc_context_save(engine, saved), "save the registers");
     }
-    unsigned number = 0;
-    for (const std::uint64_t argument : arguments)
-        setX(number++, argument);
+    leaveUndefined(0);
+    for (unsigned number = 0; number < arguments.size(); ++number)
+        setX(number, arguments[number]);
     setX(30, returnAddress);
+    const auto outerResults = results;
     const auto error = uc_emu_start(engine, function, returnAddress, 0, 0);
     const std::uint64_t result = x(0);
+    results = outerResults;
     --depth;
     if (thrown)
         std::rethrow_exception(std::exchange(thrown, nullptr));
@@ -151,7 +170,36 @@ std::uint64_t Processor::call(Address function, std::initializer_list<std::uint6
         throw Fault(std::string("the processor stops: ") + uc_strerror(error));
     if (outer)
         check(uc_context_restore(engine, outer.get()), "restore the registers");
+    if (isOutermost)
+        clearStack();
     return result;
+}
+
+void Processor::leaveUndefined(std::uint32_t kept) {
+    int numbers[callerSavedX + callerSavedD];
+    void* values[callerSavedX + callerSavedD];
+    static std::uint64_t undefined = undefinedWord;
+    int count = 0;
+    for (unsigned i = 0; i < callerSavedX + callerSavedD; ++i) {
+        if (kept >> i & 1)
+            continue;
+        numbers[count] = i < callerSavedX
+                             ? registerX(i)
+                             : UC_ARM64_REG_D0 + static_cast<int>(i - callerSavedX);
+        values[count++] = &undefined;
+    }
+    check(uc_reg_write_batch(engine, numbers, values, count), "set the registers");
+}
+
+void Processor::clearStack() const {
+    // Calls use the stack downwards from its top, and a page that no call has used ends the search.
+    constexpr std::size_t page = 0x1000;
+    for (Address end = stack.start + stack.size; end > stack.start; end -= page) {
+        std::byte* const bytes = memory.at(end - page, page);
+        if (std::all_of(bytes, bytes + page, [](std::byte one) { return one == unusedStack; }))
+            return;
+        std::memset(bytes, static_cast<int>(unusedStack), page);
+    }
 }
 
 std::uint64_t Processor::x(unsigned number) const {
@@ -175,6 +223,16 @@ void Processor::setD(unsigned number, double value) {
     uc_reg_write(engine, UC_ARM64_REG_D0 + static_cast<int>(number), &bits);
 }
 
+void Processor::returnX(unsigned number, std::uint64_t value) {
+    setX(number, value);
+    results |= 1U << number;
+}
+
+void Processor::returnD(unsigned number, double value) {
+    setD(number, value);
+    results |= 1U << (callerSavedX + number);
+}
+
 Address Processor::stackPointer() const {
     Address value = 0;
     uc_reg_read(engine, UC_ARM64_REG_SP, &value);
@@ -189,19 +247,37 @@ Address Processor::instruction() const {
 
 void Processor::jumpTo(Address function) {
     uc_reg_write(engine, UC_ARM64_REG_PC, &function);
+    jumps = true;
 }
 
-std::vector<Address> Processor::callers() const {
+std::vector<Address> Processor::frames() const {
     std::vector<Address> found;
-    for (Address frame = x(29);
-         frame >= stack.start && frame < stack.start + stack.size - 16 && found.size() < 32;) {
-        found.push_back(memory.read<Address>(frame + 8));
+    Address frame = x(29);
+    while (frame >= stack.start && frame <= stack.start + stack.size - frameRecord &&
+           found.size() < 32) {
+        found.push_back(frame);
         const auto outer = memory.read<Address>(frame);
         if (outer <= frame)
             break;
         frame = outer;
     }
     return found;
+}
+
+std::vector<Address> Processor::callers() const {
+    std::vector<Address> found;
+    for (const Address frame : frames())
+        found.push_back(memory.read<Address>(frame + 8));
+    return found;
+}
+
+void Processor::checkFrame(Address address, std::size_t size) const {
+    if (address < stack.start || address >= stack.start + stack.size)
+        return;
+    for (const Address frame : frames())
+        if (address < frame + frameRecord && address + size > frame)
+            throw Fault(std::to_string(size) + " bytes at " + inHex(address) +
+                        " are passed to be written, which reach beyond the frame of the function");
 }
 
 Processor::Stack Processor::usedStack() const {

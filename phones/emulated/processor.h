@@ -8,8 +8,8 @@
 #include <cstdint>
 #include <exception>
 #include <functional>
-#include <initializer_list>
 #include <string>
+#include <vector>
 
 struct uc_struct;
 
@@ -25,6 +25,8 @@ inline constexpr Address returnAddress = firstTrap - 0x10000;
 
 /// The upper half of a register that holds 32 bits is not defined. Whoever reads it gets this.
 inline constexpr std::uint64_t undefinedHalf = 0xdeadbeef'00000000;
+/// The content of a register that a call leaves undefined.
+inline constexpr std::uint64_t undefinedWord = 0xdeadbeef'deadbeef;
 
 class Processor {
 public:
@@ -42,12 +44,16 @@ public:
 
     /// Calls a function with integer arguments, as its caller on the phone would, and returns x0.
     /// Calls may be nested. Throws what a function behind a trap has thrown, and Fault.
-    std::uint64_t call(Address function, std::initializer_list<std::uint64_t> arguments = {});
+    std::uint64_t call(Address function, const std::vector<std::uint64_t>& arguments = {});
 
     std::uint64_t x(unsigned number) const;
     void setX(unsigned number, std::uint64_t value);
     double d(unsigned number) const;
-    void setD(unsigned number, double value);
+
+    /// In a trap: the results. All other registers that a call may change are undefined after it.
+    void returnX(unsigned number, std::uint64_t value);
+    void returnD(unsigned number, double value);
+
     Address stackPointer() const;
     Address instruction() const;
 
@@ -59,6 +65,10 @@ public:
 
     /// The return addresses on the stack, the innermost first, without the caller of the trap.
     std::vector<Address> callers() const;
+
+    /// In a trap: throws Fault if the bytes are on the stack and reach beyond the frame in which
+    /// they begin.
+    void checkFrame(Address address, std::size_t size) const;
 
     /// The part of the stack that is in use.
     Stack usedStack() const;
@@ -72,6 +82,15 @@ public:
 private:
     struct Hooks;
 
+    /// The frame records on the stack, the innermost first. Each holds the address of the next one
+    /// and a return address.
+    std::vector<Address> frames() const;
+    void setD(unsigned number, double value);
+    /// Makes the registers undefined that a call may change, up to x17 and d7. `kept` has a bit for
+    /// each of x0 to x17, and then for each of d0 to d7.
+    void leaveUndefined(std::uint32_t kept);
+    /// Overwrites what earlier calls have left on the stack.
+    void clearStack() const;
     void check(int error, const char* what) const;
 
     const Memory& memory;
@@ -80,6 +99,8 @@ private:
     std::function<void(Processor&, std::size_t)> atTrap;
     std::exception_ptr thrown; ///< It must not pass through the engine's frames.
     unsigned depth = 0;        ///< Of nested calls.
+    std::uint32_t results = 0; ///< Of the current trap, as for leaveUndefined.
+    bool jumps = false;        ///< The current trap goes on at another function.
 };
 
 } // namespace noctara::emulated

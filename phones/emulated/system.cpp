@@ -40,19 +40,12 @@ Address copyBlock(NativeCall& call, Address block) {
 void store(NativeCall& call, Address buffer, std::uint64_t size, const std::string& text) {
     if (size > 0) {
         const std::size_t length = std::min<std::size_t>(text.size(), size - 1);
-        std::memcpy(call.process.memory.at(buffer, length + 1), text.data(), length);
-        call.process.memory.write(buffer + length, '\0');
+        // It may write the whole buffer, whatever the length of the text.
+        std::byte* const bytes = call.target(buffer, size);
+        std::memcpy(bytes, text.data(), length);
+        bytes[length] = {};
     }
     call.returnsNumber(static_cast<std::uint32_t>(text.size()));
-}
-
-/// Checks what a function of the C library does to a part of the heap, as the processor checks the
-/// library's own instructions.
-std::byte* owned(NativeCall& call, Address address, std::uint64_t size) {
-    if (call.process.heap.contains(address) && !call.process.heap.owns(address, size))
-        throw Fault(std::to_string(size) + " bytes at " + inHex(address) +
-                    " are passed, which the library does not own");
-    return call.process.memory.at(address, size);
 }
 
 void addMemoryFunctions(Process& process) {
@@ -61,29 +54,33 @@ void addMemoryFunctions(Process& process) {
     };
     const NativeFunction copy = [](NativeCall& c) {
         if (const std::uint64_t size = c.word(2))
-            std::memmove(owned(c, c.word(0), size), owned(c, c.word(1), size), size);
+            std::memmove(c.target(c.word(0), size), c.process.memory.at(c.word(1), size), size);
+        c.returns(c.word(0));
     };
     add("_memcpy", copy);
     add("_memmove", copy);
     add("_memset", [](NativeCall& c) {
         if (const std::uint64_t size = c.word(2))
-            std::memset(owned(c, c.word(0), size), static_cast<int>(c.number(1)), size);
+            std::memset(c.target(c.word(0), size), static_cast<int>(c.number(1)), size);
+        c.returns(c.word(0));
     });
     add("_bzero", [](NativeCall& c) {
         if (const std::uint64_t size = c.word(1))
-            std::memset(owned(c, c.word(0), size), 0, size);
+            std::memset(c.target(c.word(0), size), 0, size);
     });
     add("_memcmp", [](NativeCall& c) {
         const std::uint64_t size = c.word(2);
-        const int order =
-            size == 0 ? 0 : std::memcmp(owned(c, c.word(0), size), owned(c, c.word(1), size), size);
+        const Memory& memory = c.process.memory;
+        const int order = size == 0 ? 0
+                                    : std::memcmp(memory.at(c.word(0), size),
+                                                  memory.at(c.word(1), size), size);
         c.returnsNumber(static_cast<std::uint32_t>(order));
     });
     add("_memchr", [](NativeCall& c) {
         const std::uint64_t size = c.word(2);
         if (size == 0)
             return c.returns(0);
-        const std::byte* const start = owned(c, c.word(0), size);
+        const std::byte* const start = c.process.memory.at(c.word(0), size);
         const void* const found = std::memchr(start, static_cast<int>(c.number(1)), size);
         c.returns(found ? c.word(0) + static_cast<std::uint64_t>(
                                           static_cast<const std::byte*>(found) - start)
@@ -129,7 +126,7 @@ void addClock(Process& process) {
     process.addFunction(libSystem, "_time", [](NativeCall& c) {
         const auto seconds = static_cast<std::uint64_t>(c.process.phone.time());
         if (c.word(0) != 0)
-            c.process.memory.write(c.word(0), seconds);
+            c.store(c.word(0), seconds);
         c.returns(seconds);
     });
     process.addFunction(libSystem, "_sleep", [](NativeCall& c) {
@@ -144,10 +141,10 @@ void addDevice(Process& process) {
     process.addFunction(libSystem, "_uname", [](NativeCall& c) {
         // Five texts of 256 bytes: the system, the node, the release, the version, the machine.
         constexpr std::size_t field = 256;
-        const Address names = c.word(0);
-        std::memset(owned(c, names, 5 * field), 0, 5 * field);
+        std::byte* const names = c.target(c.word(0), 5 * field);
+        std::memset(names, 0, 5 * field);
         const std::string machine = c.process.phone.device.machine().substr(0, field - 1);
-        std::memcpy(c.process.memory.at(names + 4 * field, field), machine.data(), machine.size());
+        std::memcpy(names + 4 * field, machine.data(), machine.size());
         c.returnsNumber(0);
     });
     process.addFunction(libSystem, "_dlopen", [](NativeCall& c) {
@@ -183,7 +180,7 @@ void addNotifications(Process& process) {
                 owner.callOnMain(owner.memory.read<Address>(block + blockInvoke),
                                  {block, undefinedHalf | *token});
             }));
-        owner.memory.write(c.word(1), *token);
+        c.store(c.word(1), *token);
         c.returnsNumber(0);
     });
 }
