@@ -17,6 +17,10 @@ std::string NativeCall::text(unsigned number) const {
     return process.memory.text(word(number));
 }
 
+const std::string& NativeCall::selectorArgument(unsigned number) const {
+    return process.objectiveC.nameOf(word(number));
+}
+
 Object* NativeCall::object(unsigned number) const {
     return process.objectiveC.object(word(number));
 }
@@ -32,6 +36,12 @@ std::byte* NativeCall::target(Address address, std::size_t size) const {
 
 void NativeCall::returnsNumber(std::uint32_t value) {
     returns(undefinedHalf | value);
+}
+
+void NativeCall::returnsObject(const Object* object) {
+    if (object)
+        process.objectiveC.checkAlive(*object);
+    returns(object ? object->address : 0);
 }
 
 void NativeCall::returnsAutoreleased(Object* object) {

@@ -23,6 +23,8 @@ public:
     double real(unsigned number) const { return cpu.d(number); }
     /// A C string. Throws Fault for null.
     std::string text(unsigned number) const;
+    /// The name of a selector. Throws Fault if it is none.
+    const std::string& selectorArgument(unsigned number) const;
     /// Null for nil.
     Object* object(unsigned number) const;
 
@@ -42,7 +44,8 @@ public:
     void returnsNumber(std::uint32_t value);
     void returnsFlag(bool value) { returnsNumber(value ? 1 : 0); }
     void returnsReal(double value) { cpu.returnD(0, value); }
-    void returnsObject(Object* object) { returns(object ? object->address : 0); }
+    /// Throws Fault for an object that has been released.
+    void returnsObject(const Object* object);
     /// A new object, which the current pool releases.
     void returnsAutoreleased(Object* object);
 
@@ -76,10 +79,15 @@ public:
         firstArgument = 2;
     }
 
-    /// The receiver, which has the content of its class.
-    template <typename Content>
+    /// The receiver, which has the content of its class. Throws Fault if it is a class, or an
+    /// object of a subclass that the library has made.
+    template <typename Content = Object>
     Content& self() const {
-        return dynamic_cast<Content&>(*receiver.object);
+        auto* const content = dynamic_cast<Content*>(receiver.object);
+        if (!content)
+            throw Fault("the emulated phone does not know what " + std::string(selector) +
+                        " does to this receiver of class " + receiver.aClass->name);
+        return *content;
     }
 
     void returnsReceiver() {

@@ -10,10 +10,10 @@ namespace noctara::emulated {
 EmulatedPhone* EmulatedPhone::current = nullptr;
 
 EmulatedPhone::EmulatedPhone(const Scenario& scenario, std::unique_ptr<FileStore> store,
-                             const std::filesystem::path& library, Address slide) :
+                             const Loading& loading) :
     PhoneModel(scenario, std::move(store)), coreFoundationVersion(scenario.phone.corefoundation) {
     current = this;
-    theProcess = std::make_unique<Process>(*this, library, slide);
+    theProcess = std::make_unique<Process>(*this, loading);
 }
 
 EmulatedPhone::~EmulatedPhone() {

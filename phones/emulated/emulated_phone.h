@@ -6,10 +6,10 @@
 /// the end of its sleep then runs as work of the main thread.
 #pragma once
 
+#include "phones/emulated/mach_o.h"
 #include "phones/emulated/memory.h"
 #include "phones/model/phone_model.h"
 
-#include <filesystem>
 #include <functional>
 #include <memory>
 
@@ -22,7 +22,7 @@ public:
     /// Loads the library, as the loader of the phone does. Throws BadLibrary. There is one phone at
     /// a time.
     EmulatedPhone(const Scenario& scenario, std::unique_ptr<FileStore> files,
-                  const std::filesystem::path& library, Address slide);
+                  const Loading& loading);
     ~EmulatedPhone() override;
 
     /// Runs the library's initialisers, and SpringBoard to the end of its launch.

@@ -127,12 +127,12 @@ void enumerate(Message& message, const std::vector<Object*>& items) {
         memory.write(buffer + 8 * count, items[done]->address);
     memory.write(state, done);
     memory.write(state + 8, buffer);
-    memory.write(state + 16, message.receiver.object->address + changesInObject);
+    memory.write(state + 16, message.self().address + changesInObject);
     message.returns(count);
 }
 
 void noteChange(Message& message) {
-    const Address changes = message.receiver.object->address + changesInObject;
+    const Address changes = message.self().address + changesInObject;
     message.process.memory.write(changes, message.process.memory.read<std::uint64_t>(changes) + 1);
 }
 
@@ -167,7 +167,7 @@ void addRoot(Process& process) {
               m.returnsReceiver();
           }},
          {"dealloc",
-          [](Message& m) { m.process.objectiveC.deallocate(*m.receiver.object, m.cpu); }},
+          [](Message& m) { m.process.objectiveC.deallocate(m.self(), m.cpu); }},
          {"class", [](Message& m) { m.returns(m.receiver.aClass->address); }},
          {"isKindOfClass:",
           [](Message& m) {
@@ -178,7 +178,7 @@ void addRoot(Process& process) {
          {"respondsToSelector:",
           [](Message& m) {
               m.returnsFlag(m.process.objectiveC.find(*m.receiver.aClass, !m.receiver.object,
-                                                      m.text(0)) != nullptr);
+                                                      m.selectorArgument(0)) != nullptr);
           }},
          {"performSelector:",
           [](Message& m) {
@@ -190,14 +190,15 @@ void addRoot(Process& process) {
               if (!m.flag(2) || m.word(1) != 0)
                   throw Fault("the emulated main thread performs only selectors that are waited "
                               "for, without an object");
-              m.process.phone.performOnMainThread(m.text(0), [&] {
-                  m.process.send(*m.process.main, m.receiver.object->address, m.text(0));
+              const std::string& selector = m.selectorArgument(0);
+              m.process.phone.performOnMainThread(selector, [&] {
+                  m.process.send(*m.process.main, m.self().address, selector);
               });
           }},
          {"isEqual:", [](Message& m) { m.returnsFlag(areEqual(m.receiver.object, m.object(0))); }},
          {"description", [](Message& m) {
               m.returnsAutoreleased(
-                  &m.make("NSString", StringObject(descriptionOf(*m.receiver.object))));
+                  &m.make("NSString", StringObject(descriptionOf(m.self()))));
           }}});
     process.addData(objc, "__objc_empty_cache", 16);
 }
@@ -266,11 +267,10 @@ void addNumbers(Process& process) {
     addMethods(
         number, false,
         {{"objCType",
-          [](Message& m) {
+          [truth = process.constantText("c"), integer = process.constantText("q"),
+           real = process.constantText("d")](Message& m) {
               const auto& value = m.self<NumberObject>().value;
-              m.returns(m.process.objectiveC.selector(value.as<bool>()           ? "c"
-                                                      : value.as<std::int64_t>() ? "q"
-                                                                                 : "d"));
+              m.returns(value.as<bool>() ? truth : value.as<std::int64_t>() ? integer : real);
           }},
          {"boolValue", [](Message& m) { m.returnsFlag(m.self<NumberObject>().value.boolValue()); }},
          {"doubleValue",

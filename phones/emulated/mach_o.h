@@ -5,8 +5,11 @@
 #include "phones/emulated/memory.h"
 
 #include <cstddef>
+#include <filesystem>
 #include <map>
+#include <set>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -16,6 +19,16 @@ namespace noctara::emulated {
 class BadLibrary : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
+};
+
+/// How the loader of a phone loads a library.
+struct Loading {
+    std::filesystem::path library;
+    Address slide; ///< A multiple of 16 KiB.
+    /// What the system lacks: symbols, such as "_CTRegistrationGetCellularDataIsEnabled", classes by
+    /// their names, and libraries by their install names. Throws BadLibrary for a name that the
+    /// emulated phone does not have anyway.
+    std::set<std::string> without;
 };
 
 /// Addresses are those of the file, to which the loader adds the slide.

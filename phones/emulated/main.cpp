@@ -31,8 +31,7 @@ struct Options {
     ScenarioOverrides overrides;
     bool log = false;
     std::optional<fs::path> trace;
-    fs::path library = buildFolder() / "ios/Noctara.dylib";
-    Address slide = 0x4000;
+    Loading loading{buildFolder() / "ios/Noctara.dylib", 0x4000, {}};
     bool usage = false;
     std::optional<std::size_t> line; ///< Of the trace, whose place in the library is wanted.
 };
@@ -88,10 +87,9 @@ std::string usageOf(const Process& process) {
 
 std::unique_ptr<EmulatedPhone> makePhone(const Options& options, const Scenario& scenario) {
     try {
-        return std::make_unique<EmulatedPhone>(scenario, makeMemoryFileStore(), options.library,
-                                               options.slide);
+        return std::make_unique<EmulatedPhone>(scenario, makeMemoryFileStore(), options.loading);
     } catch (const BadLibrary& error) {
-        throw BadInput(options.library.string() + ": a phone does not load it: " + error.what());
+        throw BadInput(options.loading.library.string() + ": a phone does not load it: " + error.what());
     }
 }
 
@@ -158,10 +156,10 @@ int main(int count, char** arguments) {
     app.add_option("--end", options.overrides.end,
                    "local date and time to end at, or a time such as 07:30")
         ->type_name("TIME");
-    app.add_option("--library", options.library, "the library to load")
+    app.add_option("--library", options.loading.library, "the library to load")
         ->type_name("FILE")
         ->check(CLI::ExistingFile);
-    app.add_option("--slide", options.slide,
+    app.add_option("--slide", options.loading.slide,
                    "load the library at this address, a multiple of 16 KiB")
         ->type_name("ADDRESS")
         ->check([](const std::string& text) {
@@ -170,6 +168,11 @@ int main(int count, char** arguments) {
                               slide > 0 && slide < 0x8000'0000;
             return fits ? std::string() : "a multiple of 0x4000 between 0x4000 and 0x7fffc000";
         });
+    app.add_option("--without", options.loading.without,
+                   "be a system that lacks this symbol, class or library")
+        ->type_name("NAME")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     app.add_option("--place-of-line", options.line,
                    "print from which place in the library the call of this line of the trace comes")
         ->type_name("NUMBER");

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 namespace noctara::emulated {
 
@@ -44,7 +45,7 @@ Class& ObjectiveC::define(const std::string& name, const std::string& superclass
     return *defined;
 }
 
-Class* ObjectiveC::classNamed(std::string_view name) {
+Class* ObjectiveC::classNamed(std::string_view name) const {
     const auto found = classes.find(name);
     return found == classes.end() ? nullptr : found->second.get();
 }
@@ -58,9 +59,18 @@ Class& ObjectiveC::existingClass(std::string_view name) {
 
 Address ObjectiveC::selector(const std::string& name) {
     Address& address = selectors[name];
-    if (address == 0)
+    if (address == 0) {
         address = process.constantText(name);
+        selectorNames[address] = name;
+    }
     return address;
+}
+
+const std::string& ObjectiveC::nameOf(Address selector) const {
+    const auto found = selectorNames.find(selector);
+    if (found == selectorNames.end())
+        throw Fault(inHex(selector) + " is no selector that the runtime knows");
+    return found->second;
 }
 
 void ObjectiveC::registerLibrary(const MachO& library, Address slide) {
@@ -171,7 +181,7 @@ Receiver ObjectiveC::receiver(Address address) {
     if (Object* const constant = constantString(process, address))
         return {constant, const_cast<Class*>(constant->isa)};
     if (const auto found = released.find(address); found != released.end())
-        throw Fault("the object at " + inHex(address) + " is released: " + found->second);
+        checkAlive(*found->second);
     throw Fault(inHex(address) + " is no object");
 }
 
@@ -189,7 +199,7 @@ std::string ObjectiveC::described(const Receiver& to) const {
 }
 
 void ObjectiveC::dispatch(Processor& processor, const Class& start, bool ofClass, Receiver to) {
-    const std::string selector = process.memory.text(processor.x(1));
+    const std::string& selector = nameOf(processor.x(1));
     const Method* const method = find(start, ofClass, selector);
     if (!method)
         throw Fault("unrecognized selector " + described(to) + ' ' + selector + ']');
@@ -251,15 +261,25 @@ Object& ObjectiveC::allocate(Class& isa, Processor& processor) {
     return added;
 }
 
+void ObjectiveC::checkAlive(const Object& object) const {
+    if (object.end != 0)
+        throw Fault("an object of class " + object.isa->name + ", made by " +
+                    process.describe(object.place) + ", is used after its last release by " +
+                    process.describe(object.end));
+}
+
 Object* ObjectiveC::retain(Object* object) {
-    if (object && !object->isConstant)
-        ++object->references;
+    if (!object || object->isConstant)
+        return object;
+    checkAlive(*object);
+    ++object->references;
     return object;
 }
 
 void ObjectiveC::release(Object* object, Processor& processor) {
     if (!object || object->isConstant)
         return;
+    checkAlive(*object);
     if (--object->references > 0)
         return;
     const Method& method = *find(*object->isa, false, "dealloc");
@@ -276,9 +296,11 @@ void ObjectiveC::deallocate(Object& object, Processor& processor) {
             processor.call(destruct->second.implementation, {object.address});
     const auto owned = object.owned();
     object.destroy(process);
-    released[object.address] = "a " + object.isa->name + " of " + process.describe(object.place);
+    object.end = processor.caller();
     process.heap.free(object.address);
-    objects.erase(object.address);
+    const auto found = objects.find(object.address);
+    released[object.address] = std::move(found->second);
+    objects.erase(found);
     for (Object* const one : owned)
         release(one, processor);
 }
@@ -286,6 +308,7 @@ void ObjectiveC::deallocate(Object& object, Processor& processor) {
 Object* ObjectiveC::autorelease(Object* object, Processor& processor) {
     if (!object || object->isConstant)
         return object;
+    checkAlive(*object);
     auto& open = pools[&processor];
     if (open.empty())
         process.report("an object of class " + object->isa->name +
@@ -317,6 +340,9 @@ void ObjectiveC::popPool(Address token, Processor& processor) {
 }
 
 void ObjectiveC::checkPools(const Processor& processor) {
+    if (pools[&processor].empty() && !std::exchange(lackOfPoolIsReported, true))
+        process.report("the monitor thread has no autorelease pool: it waits " +
+                       process.whereabouts(processor));
     for (Pool& pool : pools[&processor]) {
         for (; pool.checked < pool.entries.size(); ++pool.checked) {
             const auto& [object, place] = pool.entries[pool.checked];

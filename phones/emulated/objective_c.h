@@ -32,6 +32,7 @@ struct Object {
     long references = 1;
     bool isConstant = false; ///< Lives as long as the process.
     Address place = 0;       ///< Where the library asked for it; 0 if the phone made it.
+    Address end = 0;         ///< Where it was released for the last time; 0 while it lives.
 
     /// The objects that it keeps alive.
     virtual std::vector<Object*> owned() const { return {}; }
@@ -78,11 +79,13 @@ public:
     /// Registers the classes and categories of the library and makes its selectors unique.
     void registerLibrary(const MachO& library, Address slide);
 
-    Class* classNamed(std::string_view name);
+    Class* classNamed(std::string_view name) const;
     Class& existingClass(std::string_view name);
 
     /// The one address of a selector's name.
     Address selector(const std::string& name);
+    /// Throws Fault for an address that the runtime has not given to a selector.
+    const std::string& nameOf(Address selector) const;
 
     /// Null if neither the class nor a superclass has the method. `ofClass`: a method of the class
     /// itself.
@@ -108,8 +111,10 @@ public:
     /// A new object of any class, as `alloc` makes it.
     Object& allocate(Class& isa, Processor& processor);
 
+    // These throw Fault if the object has been released already.
     Object* retain(Object* object);
     void release(Object* object, Processor& processor);
+    void checkAlive(const Object& object) const;
     /// Performs NSObject's dealloc.
     void deallocate(Object& object, Processor& processor);
     Object* autorelease(Object* object, Processor& processor);
@@ -117,8 +122,9 @@ public:
     Address pushPool(const Processor& processor);
     void popPool(Address token, Processor& processor);
 
-    /// To be called when the monitor begins to wait. Reports objects that have been added, since it
-    /// last did, to a pool that stays open: they live as long as the thread.
+    /// To be called when the monitor begins to wait. Reports that it has no pool, and objects that
+    /// have been added, since it last did, to a pool that stays open: they live as long as the
+    /// thread.
     void checkPools(const Processor& processor);
 
     /// Reports the objects and blocks of the heap that the library has asked for and can no longer
@@ -145,10 +151,13 @@ private:
     std::map<std::string, std::unique_ptr<Class>, std::less<>> classes;
     std::unordered_map<Address, Class*> classesByAddress;
     std::unordered_map<std::string, Address> selectors;
+    std::unordered_map<Address, std::string> selectorNames;
     std::unordered_map<Address, std::unique_ptr<Object>> objects;
-    std::unordered_map<Address, std::string> released; ///< What it was.
+    /// Pools and collections can still refer to them, if they were released too often.
+    std::unordered_map<Address, std::unique_ptr<Object>> released;
     std::map<const Processor*, std::vector<Pool>> pools;
     Address lastToken = 0;
+    bool lackOfPoolIsReported = false;
 };
 
 } // namespace noctara::emulated

@@ -35,7 +35,8 @@ void addObjectiveC(Process& process) {
         [](NativeCall&) { throw Fault("a collection changes during a loop over it"); });
     add("_objc_getClass", [](NativeCall& c) {
         const std::string name = c.text(0);
-        const bool isThere = c.process.phone.process.findClass(name.c_str());
+        const bool isThere =
+            c.process.phone.process.findClass(name.c_str()) && !c.process.lacks(name);
         Class* const found = isThere ? c.process.objectiveC.classNamed(name) : nullptr;
         c.returns(found ? found->address : 0);
     });
@@ -46,7 +47,7 @@ void addObjectiveC(Process& process) {
     add("_sel_getName", [](NativeCall& c) { c.returns(c.word(0)); });
 
     process.addFunction("/usr/lib/libsubstrate.dylib", "_MSHookMessageEx", [](NativeCall& c) {
-        const std::string selector = c.text(1);
+        const std::string& selector = c.selectorArgument(1);
         Class* const hooked = c.word(0) ? c.process.objectiveC.receiver(c.word(0)).aClass : nullptr;
         c.process.phone.recorder.call(
             Operation::MSHookMessageEx,

@@ -20,6 +20,8 @@ constexpr Address monitorStack = 0x5'0000'0000;
 constexpr std::size_t mainStackSize = 0x100000;
 constexpr std::size_t monitorStackSize = 0x80000;
 constexpr std::uint32_t returnInstruction = 0xd65f03c0;
+const std::string classPrefix = "_OBJC_CLASS_$_";
+const std::string metaclassPrefix = "_OBJC_METACLASS_$_";
 
 constexpr std::size_t pagesOf(std::size_t size) {
     return (size + 0x3fff) & ~std::size_t{0x3fff};
@@ -44,15 +46,22 @@ std::string demangled(const std::string& symbol) {
 
 } // namespace
 
-Process::Process(EmulatedPhone& itsPhone, const std::filesystem::path& path, Address itsSlide) :
-    phone(itsPhone), heap(memory), objectiveC(*this), slide(itsSlide), nextData(dataStart) {
+Process::Process(EmulatedPhone& itsPhone, const Loading& loading) :
+    phone(itsPhone),
+    heap(memory),
+    objectiveC(*this),
+    slide(loading.slide),
+    without(loading.without),
+    nextData(dataStart) {
     memory.map(dataStart, dataSize, Memory::Access::readAndWrite);
     memory.map(firstTrap, trapSize * mostTraps, Memory::Access::readAndExecute);
     memory.map(returnAddress, 0x4000, Memory::Access::readAndExecute);
     memory.map(mainStack, mainStackSize, Memory::Access::readAndWrite);
     memory.map(monitorStack, monitorStackSize, Memory::Access::readAndWrite);
     addSystemLibraries(*this);
+    checkNamesOfWhatIsLacking();
 
+    const auto& path = loading.library;
     const std::string file = contentOf(path);
     library = readMachO(std::as_bytes(std::span(file)));
     if (const auto named = path.parent_path() / "names" / path.filename(); exists(named))
@@ -105,21 +114,37 @@ void Process::bindLibrary() {
     for (const Address at : library.rebases)
         memory.write(slide + at, memory.read<Address>(slide + at) + slide);
     for (const auto& linked : library.libraries)
-        if (!linked.isWeak && !systemLibraries.contains(linked.installName))
+        if (!linked.isWeak &&
+            (!systemLibraries.contains(linked.installName) || lacks(linked.installName)))
             throw BadLibrary("the phone has no library " + linked.installName);
     for (const auto& bind : library.binds) {
-        if (bind.library.empty()) {
-            memory.write(slide + bind.at,
-                         exported(bind.symbol) + static_cast<Address>(bind.addend));
-            continue;
-        }
-        const auto& symbols = systemLibraries[bind.library];
-        const auto found = symbols.find(bind.symbol);
-        if (found == symbols.end() && !bind.isWeak)
+        auto address = bind.library.empty() ? std::optional(exported(bind.symbol))
+                                            : found(bind.library, bind.symbol);
+        if (!address && !bind.isWeak)
             throw BadLibrary("the symbol " + bind.symbol + " is not in " + bind.library);
-        memory.write(slide + bind.at, found == symbols.end()
-                                          ? Address{0}
-                                          : found->second + static_cast<Address>(bind.addend));
+        memory.write(slide + bind.at,
+                     address ? *address + static_cast<Address>(bind.addend) : Address{0});
+    }
+}
+
+std::optional<Address> Process::found(const std::string& installName,
+                                      const std::string& symbol) const {
+    const auto symbols = systemLibraries.find(installName);
+    if (symbols == systemLibraries.end() || lacks(installName) || lacks(symbol) ||
+        (symbol.starts_with(classPrefix) && lacks(symbol.substr(classPrefix.size()))) ||
+        (symbol.starts_with(metaclassPrefix) && lacks(symbol.substr(metaclassPrefix.size()))))
+        return std::nullopt;
+    const auto entry = symbols->second.find(symbol);
+    return entry == symbols->second.end() ? std::nullopt : std::optional(entry->second);
+}
+
+void Process::checkNamesOfWhatIsLacking() const {
+    for (const std::string& name : without) {
+        bool known = systemLibraries.contains(name) || objectiveC.classNamed(name);
+        for (const auto& [installName, symbols] : systemLibraries)
+            known = known || symbols.contains(name);
+        if (!known)
+            throw BadLibrary("no phone has " + name + ", so it cannot be left out");
     }
 }
 
@@ -145,8 +170,8 @@ Class& Process::addClass(const std::string& installName, const std::string& name
                          const std::string& superclass) {
     constexpr std::size_t classSize = 40;
     Class& added = objectiveC.define(name, superclass);
-    added.address = addData(installName, "_OBJC_CLASS_$_" + name, classSize);
-    added.metaclass = addData(installName, "_OBJC_METACLASS_$_" + name, classSize);
+    added.address = addData(installName, classPrefix + name, classSize);
+    added.metaclass = addData(installName, metaclassPrefix + name, classSize);
     return added;
 }
 

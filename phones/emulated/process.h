@@ -9,9 +9,9 @@
 #include "phones/emulated/objective_c.h"
 #include "phones/emulated/processor.h"
 
-#include <filesystem>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -22,8 +22,8 @@ class EmulatedPhone;
 
 class Process {
 public:
-    /// Maps the library at this slide, a multiple of 16 KiB, and binds it. Throws BadLibrary.
-    Process(EmulatedPhone& phone, const std::filesystem::path& library, Address slide);
+    /// Maps the library and binds it. Throws BadLibrary.
+    Process(EmulatedPhone& phone, const Loading& loading);
     ~Process();
 
     /// Runs the library's initialisers.
@@ -42,6 +42,9 @@ public:
     /// An address which calls `function`. `name` is for reports.
     Address makeTrap(std::string name, NativeFunction function);
     Address addressOf(const std::string& symbol) const;
+
+    /// Whether the system of this phone lacks a symbol, a class or a library of the emulated phone.
+    bool lacks(const std::string& name) const { return without.contains(name); }
 
     /// The address of a symbol that the library exports.
     Address exported(const std::string& symbol) const;
@@ -91,8 +94,12 @@ private:
     void takeNames(const std::string& named, const std::string& stripped);
     void mapLibrary(std::span<const std::byte> file);
     void bindLibrary();
+    /// The address of a symbol of the phone's for the library; nothing if the system lacks it.
+    std::optional<Address> found(const std::string& installName, const std::string& symbol) const;
+    void checkNamesOfWhatIsLacking() const;
     Address allocateData(std::size_t size);
 
+    const std::set<std::string> without;
     std::vector<Trap> traps;
     std::map<std::string, std::map<std::string, Address>> systemLibraries;
     Address nextData = 0;

@@ -26,6 +26,11 @@ constexpr std::uint32_t blockHasCopy = 1 << 25;
 /// Moves a block from the stack to the heap.
 Address copyBlock(NativeCall& call, Address block) {
     const Memory& memory = call.process.memory;
+    const auto kind = memory.read<Address>(block);
+    if (kind == call.process.addressOf("__NSConcreteGlobalBlock"))
+        return block;
+    if (kind != call.process.addressOf("__NSConcreteStackBlock"))
+        throw Fault(inHex(block) + " is no block");
     const auto descriptor = memory.read<Address>(block + blockDescriptor);
     const auto size = memory.read<std::uint64_t>(descriptor + descriptorSize);
     // The phone keeps it as long as the process, so it is no leak of the library's.
@@ -148,13 +153,15 @@ void addDevice(Process& process) {
         c.returnsNumber(0);
     });
     process.addFunction(libSystem, "_dlopen", [](NativeCall& c) {
-        c.returns(reinterpret_cast<Address>(c.process.phone.device.open(c.text(0).c_str())));
+        const std::string name = c.text(0);
+        const LibraryRef opened = c.process.phone.device.open(name.c_str());
+        c.returns(c.process.lacks(name) ? 0 : reinterpret_cast<Address>(opened));
     });
     process.addFunction(libSystem, "_dlsym", [](NativeCall& c) {
         const std::string name = c.text(1);
         const FunctionRef found =
             c.process.phone.device.find(reinterpret_cast<LibraryRef>(c.word(0)), name.c_str());
-        c.returns(found ? c.process.addressOf('_' + name) : 0);
+        c.returns(found && !c.process.lacks('_' + name) ? c.process.addressOf('_' + name) : 0);
     });
     process.addFunction(libSystem, "_dlclose", [](NativeCall& c) {
         c.process.phone.device.close(reinterpret_cast<LibraryRef>(c.word(0)));
@@ -165,6 +172,7 @@ void addDevice(Process& process) {
 void addNotifications(Process& process) {
     process.addData(libSystem, "__dispatch_main_q", 64);
     process.addData(libSystem, "__NSConcreteStackBlock", 64);
+    process.addData(libSystem, "__NSConcreteGlobalBlock", 64);
     process.addFunction(libSystem, "_notify_post", [](NativeCall& c) {
         c.process.phone.process.post(c.text(0).c_str());
         c.returnsNumber(0);
