@@ -26,11 +26,16 @@ Object* NativeCall::object(unsigned number) const {
 }
 
 std::uint64_t NativeCall::variadic(unsigned number) const {
-    return process.memory.read<std::uint64_t>(cpu.stackPointer() + 8 * Address{number});
+    const Address place = cpu.stackPointer() + 8 * Address{number};
+    if (cpu.isInFrameRecord(place, 8))
+        throw Fault("an argument after the last named one is not on the stack");
+    return process.memory.read<std::uint64_t>(place);
 }
 
 std::byte* NativeCall::target(Address address, std::size_t size) const {
-    cpu.checkFrame(address, size);
+    if (cpu.isInFrameRecord(address, size))
+        throw Fault(std::to_string(size) + " bytes at " + inHex(address) +
+                    " are passed to be written, which reach beyond the frame of the function");
     return process.memory.writable(address, size);
 }
 

@@ -102,11 +102,9 @@ void addStrings(Process& process) {
     add(stringMember + "9push_backEc",
         [=](NativeCall& c) { change(c, textOfArgument(c, 0) + static_cast<char>(c.word(1))); });
     add(stringMember + "aSERKS5_", [=](NativeCall& c) { change(c, textOfArgument(c, 1)); });
-    add(stringMember + "C1ERKS5_",
-        [=](NativeCall& c) { construct(c, textOfArgument(c, 1)); });
-    add(stringMember + "C1ERKS5_mmRKS4_", [=](NativeCall& c) {
-        construct(c, textOfArgument(c, 1).substr(c.word(2), c.word(3)));
-    });
+    add(stringMember + "C1ERKS5_", [=](NativeCall& c) { construct(c, textOfArgument(c, 1)); });
+    add(stringMember + "C1ERKS5_mmRKS4_",
+        [=](NativeCall& c) { construct(c, textOfArgument(c, 1).substr(c.word(2), c.word(3))); });
     add(stringMember + "D1Ev", [=](NativeCall& c) {
         const Address string = c.word(0);
         if (c.process.memory.read<std::uint8_t>(string + 23) & 0x80)

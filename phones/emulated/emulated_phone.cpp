@@ -20,6 +20,20 @@ EmulatedPhone::~EmulatedPhone() {
     current = nullptr;
 }
 
+bool EmulatedPhone::playNight() {
+    try {
+        launch();
+        playToTheEnd();
+    } catch (const Fault& fault) {
+        const Processor& processor =
+            recorder.onMainThread ? *theProcess->main : *theProcess->monitor;
+        theProcess->report(std::string(fault.what()) + ", " + theProcess->whereabouts(processor));
+        return false;
+    }
+    theProcess->objectiveC.checkLeaks({theProcess->main.get(), theProcess->monitor.get()});
+    return true;
+}
+
 void EmulatedPhone::launch() {
     theProcess->initialise();
     const Object& springBoard = theProcess->shared("SpringBoard");

@@ -25,11 +25,10 @@ public:
                   const Loading& loading);
     ~EmulatedPhone() override;
 
-    /// Runs the library's initialisers, and SpringBoard to the end of its launch.
-    void launch();
-
-    /// Plays the scenario to its end. Throws MonitorSpins, and Fault.
-    void playToTheEnd();
+    /// Runs the library's initialisers, SpringBoard to the end of its launch, and the scenario to
+    /// its end. What the library does wrong is then in the findings of the process. False if the
+    /// process did not survive it. Throws MonitorSpins.
+    bool playNight();
 
     Process& emulatedProcess() { return *theProcess; }
 
@@ -50,6 +49,8 @@ private:
     /// The night ends while the monitor sleeps.
     struct NightIsOver {};
 
+    void launch();
+    void playToTheEnd();
     void sendACPowerChanged() override;
     void stopMonitor() override;
 

@@ -166,8 +166,7 @@ void addRoot(Process& process) {
               m.process.objectiveC.autorelease(m.receiver.object, m.cpu);
               m.returnsReceiver();
           }},
-         {"dealloc",
-          [](Message& m) { m.process.objectiveC.deallocate(m.self(), m.cpu); }},
+         {"dealloc", [](Message& m) { m.process.objectiveC.deallocate(m.self(), m.cpu); }},
          {"class", [](Message& m) { m.returns(m.receiver.aClass->address); }},
          {"isKindOfClass:",
           [](Message& m) {
@@ -191,14 +190,12 @@ void addRoot(Process& process) {
                   throw Fault("the emulated main thread performs only selectors that are waited "
                               "for, without an object");
               const std::string& selector = m.selectorArgument(0);
-              m.process.phone.performOnMainThread(selector, [&] {
-                  m.process.send(*m.process.main, m.self().address, selector);
-              });
+              m.process.phone.performOnMainThread(
+                  selector, [&] { m.process.send(*m.process.main, m.self().address, selector); });
           }},
          {"isEqual:", [](Message& m) { m.returnsFlag(areEqual(m.receiver.object, m.object(0))); }},
          {"description", [](Message& m) {
-              m.returnsAutoreleased(
-                  &m.make("NSString", StringObject(descriptionOf(m.self()))));
+              m.returnsAutoreleased(&m.make("NSString", StringObject(descriptionOf(m.self()))));
           }}});
     process.addData(objc, "__objc_empty_cache", 16);
 }

@@ -1,10 +1,16 @@
 #include "phones/emulated/heap.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <new>
 
 namespace noctara::emulated {
 
-Heap::Heap(Memory& processMemory) : memory(processMemory), owned(size / unit) {
+Heap::Heap(Memory& processMemory) :
+    memory(processMemory),
+    owned(static_cast<std::uint8_t*>(std::calloc(size / unit, 1)), std::free) {
+    if (!owned)
+        throw std::bad_alloc();
     memory.map(start, size, Memory::Access::readAndWrite,
                [this](Address address, std::size_t length) { return owns(address, length); });
 }

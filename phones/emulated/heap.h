@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <deque>
 #include <map>
+#include <memory>
 #include <unordered_map>
 #include <vector>
 
@@ -53,8 +54,9 @@ private:
     Memory& memory;
     Address next = start;
     std::map<Address, Block> used;
-    /// For each unit, how many of its first bytes are owned.
-    std::vector<std::uint8_t> owned;
+    /// For each unit, how many of its first bytes are owned. A phone uses little of it, and zero
+    /// pages from the system cost nothing.
+    std::unique_ptr<std::uint8_t[], void (*)(void*)> owned;
     std::deque<std::pair<Address, std::size_t>> quarantine;
     std::size_t quarantined = 0;
     std::unordered_map<std::size_t, std::vector<Address>> reusable; ///< By size in units.

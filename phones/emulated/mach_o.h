@@ -25,8 +25,8 @@ public:
 struct Loading {
     std::filesystem::path library;
     Address slide; ///< A multiple of 16 KiB.
-    /// What the system lacks: symbols, such as "_CTRegistrationGetCellularDataIsEnabled", classes by
-    /// their names, and libraries by their install names. Throws BadLibrary for a name that the
+    /// What the system lacks: symbols, such as "_CTRegistrationGetCellularDataIsEnabled", classes
+    /// by their names, and libraries by their install names. Throws BadLibrary for a name that the
     /// emulated phone does not have anyway.
     std::set<std::string> without;
 };

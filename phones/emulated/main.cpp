@@ -61,15 +61,10 @@ private:
 /// Plays the night. Returns why it ended early, if it did.
 std::optional<std::string> playNight(EmulatedPhone& phone) {
     try {
-        phone.launch();
-        phone.playToTheEnd();
+        if (!phone.playNight())
+            return "the library did what no phone survives";
     } catch (const MonitorSpins& spins) {
         return spins.what();
-    } catch (const Fault& fault) {
-        Process& process = phone.emulatedProcess();
-        const Processor& processor = phone.recorder.onMainThread ? *process.main : *process.monitor;
-        process.report(std::string(fault.what()) + ", " + process.whereabouts(processor));
-        return "the library did what no phone survives";
     }
     return std::nullopt;
 }
@@ -89,7 +84,8 @@ std::unique_ptr<EmulatedPhone> makePhone(const Options& options, const Scenario&
     try {
         return std::make_unique<EmulatedPhone>(scenario, makeMemoryFileStore(), options.loading);
     } catch (const BadLibrary& error) {
-        throw BadInput(options.loading.library.string() + ": a phone does not load it: " + error.what());
+        throw BadInput(options.loading.library.string() +
+                       ": a phone does not load it: " + error.what());
     }
 }
 
@@ -117,8 +113,6 @@ int play(const Options& options) {
         phone->observe(place.emplace(*options.line, *phone));
 
     const auto endedEarly = playNight(*phone);
-    if (!endedEarly)
-        process.objectiveC.checkLeaks({process.main.get(), process.monitor.get()});
     int exitCode = story.finish(phone->clock.wall(), endedEarly);
     if (traceFile && !traceFile->finish()) {
         std::cout << "\nSomething is wrong: the trace " << traceFile->path().string()

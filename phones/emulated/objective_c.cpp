@@ -112,6 +112,8 @@ Class& ObjectiveC::registerClass(Address address, Address slide) {
     if (classNamed(name))
         throw BadLibrary("the class " + name + " exists already");
     const auto superclass = memory.read<Address>(address + classSuperclass);
+    if (!registering.insert(address).second)
+        throw BadLibrary("the class " + name + " derives from itself");
     Class& super = process.isInLibrary(superclass) ? registerClass(superclass, slide)
                                                    : *receiver(superclass).aClass;
     Class& added = define(name, super.name);

@@ -12,6 +12,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -150,6 +151,7 @@ private:
     Process& process;
     std::map<std::string, std::unique_ptr<Class>, std::less<>> classes;
     std::unordered_map<Address, Class*> classesByAddress;
+    std::set<Address> registering; ///< Classes of the library whose superclasses are looked up.
     std::unordered_map<std::string, Address> selectors;
     std::unordered_map<Address, std::string> selectorNames;
     std::unordered_map<Address, std::unique_ptr<Object>> objects;

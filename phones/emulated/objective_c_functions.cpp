@@ -25,8 +25,7 @@ void addObjectiveC(Process& process) {
     add("_objc_retain",
         [](NativeCall& c) { c.returnsObject(c.process.objectiveC.retain(c.object(0))); });
     add("_objc_release", [](NativeCall& c) { c.process.objectiveC.release(c.object(0), c.cpu); });
-    add("_objc_autorelease",
-        [](NativeCall& c) { c.returnsAutoreleased(c.object(0)); });
+    add("_objc_autorelease", [](NativeCall& c) { c.returnsAutoreleased(c.object(0)); });
     add("_objc_autoreleasePoolPush",
         [](NativeCall& c) { c.returns(c.process.objectiveC.pushPool(c.cpu)); });
     add("_objc_autoreleasePoolPop",

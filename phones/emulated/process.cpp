@@ -66,9 +66,13 @@ Process::Process(EmulatedPhone& itsPhone, const Loading& loading) :
     library = readMachO(std::as_bytes(std::span(file)));
     if (const auto named = path.parent_path() / "names" / path.filename(); exists(named))
         takeNames(contentOf(named), file);
-    mapLibrary(std::as_bytes(std::span(file)));
-    bindLibrary();
-    objectiveC.registerLibrary(library, slide);
+    try {
+        mapLibrary(std::as_bytes(std::span(file)));
+        bindLibrary();
+        objectiveC.registerLibrary(library, slide);
+    } catch (const Fault& fault) {
+        throw BadLibrary(std::string("its content is damaged: ") + fault.what());
+    }
 
     const auto trap = [this](Processor& processor, std::size_t number) {
         if (number >= traps.size())

@@ -183,9 +183,8 @@ void Processor::leaveUndefined(std::uint32_t kept) {
     for (unsigned i = 0; i < callerSavedX + callerSavedD; ++i) {
         if (kept >> i & 1)
             continue;
-        numbers[count] = i < callerSavedX
-                             ? registerX(i)
-                             : UC_ARM64_REG_D0 + static_cast<int>(i - callerSavedX);
+        numbers[count] =
+            i < callerSavedX ? registerX(i) : UC_ARM64_REG_D0 + static_cast<int>(i - callerSavedX);
         values[count++] = &undefined;
     }
     check(uc_reg_write_batch(engine, numbers, values, count), "set the registers");
@@ -271,13 +270,13 @@ std::vector<Address> Processor::callers() const {
     return found;
 }
 
-void Processor::checkFrame(Address address, std::size_t size) const {
+bool Processor::isInFrameRecord(Address address, std::size_t size) const {
     if (address < stack.start || address >= stack.start + stack.size)
-        return;
-    for (const Address frame : frames())
-        if (address < frame + frameRecord && address + size > frame)
-            throw Fault(std::to_string(size) + " bytes at " + inHex(address) +
-                        " are passed to be written, which reach beyond the frame of the function");
+        return false;
+    const auto all = frames();
+    return std::any_of(all.begin(), all.end(), [&](Address frame) {
+        return address < frame + frameRecord && address + size > frame;
+    });
 }
 
 Processor::Stack Processor::usedStack() const {

@@ -66,9 +66,8 @@ public:
     /// The return addresses on the stack, the innermost first, without the caller of the trap.
     std::vector<Address> callers() const;
 
-    /// In a trap: throws Fault if the bytes are on the stack and reach beyond the frame in which
-    /// they begin.
-    void checkFrame(Address address, std::size_t size) const;
+    /// In a trap: whether one of the bytes belongs to a frame record on the stack.
+    bool isInFrameRecord(Address address, std::size_t size) const;
 
     /// The part of the stack that is in use.
     Stack usedStack() const;

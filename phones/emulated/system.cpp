@@ -76,9 +76,9 @@ void addMemoryFunctions(Process& process) {
     add("_memcmp", [](NativeCall& c) {
         const std::uint64_t size = c.word(2);
         const Memory& memory = c.process.memory;
-        const int order = size == 0 ? 0
-                                    : std::memcmp(memory.at(c.word(0), size),
-                                                  memory.at(c.word(1), size), size);
+        const int order =
+            size == 0 ? 0
+                      : std::memcmp(memory.at(c.word(0), size), memory.at(c.word(1), size), size);
         c.returnsNumber(static_cast<std::uint32_t>(order));
     });
     add("_memchr", [](NativeCall& c) {

@@ -1,0 +1,26 @@
+#import <Foundation/Foundation.h>
+
+#include <unistd.h>
+
+@interface Waiter : NSObject
+- (void)run;
+@end
+
+@implementation Waiter
+- (void)run {
+    sleep(1);
+}
+@end
+
+namespace {
+
+[[gnu::constructor]] void load() {
+    @autoreleasepool {
+        NSThread* thread = [[[NSThread alloc] initWithTarget:[[[Waiter alloc] init] autorelease]
+                                                    selector:@selector(run)
+                                                      object:nil] autorelease];
+        [thread start];
+    }
+}
+
+} // namespace

@@ -1,0 +1,10 @@
+#include <sys/utsname.h>
+
+namespace {
+
+[[gnu::constructor]] void askForTheMachine() {
+    utsname names;
+    uname(&names);
+}
+
+} // namespace
