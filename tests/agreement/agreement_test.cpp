@@ -71,6 +71,21 @@ TEST_F(AllPhones, go_into_the_sleep_state_in_the_typical_night) {
     EXPECT_EQ(playOnAll(scenario).sleepStates, 1U);
 }
 
+TEST_F(AllPhones, agree_on_a_reading_whose_length_one_rounding_more_or_less_would_change) {
+    // Its length is 1.1 g, which is too long for a phone at rest. A fused multiply-add, which every
+    // arm64 phone has, would make it 1.0999999999999999. With this sensitivity any tilt counts as
+    // lying, so that the length alone decides.
+    const fs::path scenario = folder / "boundary.toml";
+    std::ofstream(scenario) << "hours = 0.2\n"
+                               "[settings]\nEnabled = true\nScanInterval = 1\nScreenDown = true\n"
+                               "Sensitivity = -1\nTimeLimit = false\n"
+                               "[phone]\nposture = [0.6, 0.7, 0.6]\n";
+    const Agreement agreement = playOnAll(scenario);
+    EXPECT_FALSE(agreement.difference) << *agreement.difference;
+    EXPECT_EQ(agreement.sleepStates, 0U);
+    EXPECT_GT(agreement.lines, 1000U);
+}
+
 class AllPhonesInARandomNight : public AllPhones,
                                 public testing::WithParamInterface<std::uint64_t> {};
 
