@@ -22,6 +22,15 @@ constexpr std::size_t monitorStackSize = 0x80000;
 constexpr std::uint32_t returnInstruction = 0xd65f03c0;
 const std::string classPrefix = "_OBJC_CLASS_$_";
 const std::string metaclassPrefix = "_OBJC_METACLASS_$_";
+/// Which library of the phone also exports what another one has.
+const std::multimap<std::string, std::string> exportedAgain{
+    {"/System/Library/Frameworks/CoreFoundation.framework/CoreFoundation",
+     "/usr/lib/libobjc.A.dylib"},
+    {"/System/Library/Frameworks/Foundation.framework/Foundation",
+     "/System/Library/Frameworks/CoreFoundation.framework/CoreFoundation"},
+    {"/System/Library/Frameworks/UIKit.framework/UIKit",
+     "/System/Library/Frameworks/Foundation.framework/Foundation"},
+};
 
 constexpr std::size_t pagesOf(std::size_t size) {
     return (size + 0x3fff) & ~std::size_t{0x3fff};
@@ -93,7 +102,7 @@ void Process::takeNames(const std::string& named, const std::string& stripped) {
     const MachO other = readMachO(std::as_bytes(std::span(named)));
     const auto [address, size] = library.section("__TEXT,__text");
     // The first segment begins with the file, so an address in it is also an offset.
-    if (named.size() >= address + size &&
+    if (named.size() >= address + size && stripped.size() >= address + size &&
         named.compare(address, size, stripped, address, size) == 0)
         library.symbols = other.symbols;
 }
@@ -133,13 +142,20 @@ void Process::bindLibrary() {
 
 std::optional<Address> Process::found(const std::string& installName,
                                       const std::string& symbol) const {
+    const auto isLacking = [&](const std::string& prefix) {
+        return symbol.starts_with(prefix) && lacks(symbol.substr(prefix.size()));
+    };
     const auto symbols = systemLibraries.find(installName);
     if (symbols == systemLibraries.end() || lacks(installName) || lacks(symbol) ||
-        (symbol.starts_with(classPrefix) && lacks(symbol.substr(classPrefix.size()))) ||
-        (symbol.starts_with(metaclassPrefix) && lacks(symbol.substr(metaclassPrefix.size()))))
+        isLacking(classPrefix) || isLacking(metaclassPrefix))
         return std::nullopt;
-    const auto entry = symbols->second.find(symbol);
-    return entry == symbols->second.end() ? std::nullopt : std::optional(entry->second);
+    if (const auto entry = symbols->second.find(symbol); entry != symbols->second.end())
+        return entry->second;
+    const auto [first, last] = exportedAgain.equal_range(installName);
+    for (auto other = first; other != last; ++other)
+        if (const auto address = found(other->second, symbol))
+            return address;
+    return std::nullopt;
 }
 
 void Process::checkNamesOfWhatIsLacking() const {

@@ -96,6 +96,12 @@ TEST(ALibrary, is_refused_if_a_symbol_is_bound_to_the_wrong_library) {
               "the symbol _uname is not in /usr/lib/libobjc.A.dylib");
 }
 
+TEST(ALibrary, may_take_a_symbol_from_a_library_that_exports_it_again) {
+    const Night night = playOn("symbol_exported_again");
+    EXPECT_THAT(night.findings, IsEmpty());
+    EXPECT_THAT(night.log, ElementsAre("made"));
+}
+
 TEST(ASystem, cannot_lack_what_no_phone_has) {
     EXPECT_EQ(refusalOf("keeps_all_rules", {"NoSuchClass"}),
               "no phone has NoSuchClass, so it cannot be left out");
