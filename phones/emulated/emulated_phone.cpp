@@ -74,6 +74,10 @@ void EmulatedPhone::sleep(unsigned seconds) {
 }
 
 void EmulatedPhone::startMonitor(const std::string& name, std::function<void()> body) {
+    if (monitorBody)
+        throw Fault(
+            "a second thread starts, and the emulated process has only one besides the main "
+            "thread");
     recorder.call(Operation::NSThreadStart, {name});
     monitorBody = std::move(body);
 }

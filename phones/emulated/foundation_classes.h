@@ -40,6 +40,15 @@ Object* truthObject(Process& process, bool truth);
 /// Throws Fault for nil.
 Object* required(Object* object, const char* what);
 
+/// Throws Fault for nil, and for an object of another class.
+template <typename Content>
+const Content& contentOf(Object* object, const char* what) {
+    const auto* const content = dynamic_cast<const Content*>(required(object, what));
+    if (!content)
+        throw Fault(std::string(what) + " is an object of class " + object->isa->name);
+    return *content;
+}
+
 // Each adds a group of classes.
 void addTexts(Process& process);       ///< NSString and NSNumber.
 void addDates(Process& process);       ///< NSDate and the calendar.

@@ -9,8 +9,8 @@ namespace noctara::emulated {
 
 namespace {
 
-/// A data or collection object of the library keeps a count of its changes behind its class, which
-/// a loop over a collection reads.
+/// Where a collection has the count of its changes, behind its class. A loop over it reads the
+/// count.
 constexpr Address changesInObject = 8;
 
 /// Performs countByEnumeratingWithState:objects:count:, which a loop over a collection calls.

@@ -70,7 +70,7 @@ void addDates(Process& process) {
               constexpr std::uint64_t yearToSecond = 4 | 8 | 16 | 32 | 64 | 128;
               if (m.word(0) != yearToSecond)
                   throw Fault("a calendar is asked for other units than year to second");
-              const auto& from = dynamic_cast<DateObject&>(*required(m.object(1), "a date"));
+              const auto& from = contentOf<DateObject>(m.object(1), "a date");
               const auto parts = m.process.phone.timeZone().components(from.date);
               auto& made = m.make<DateComponentsObject>("NSDateComponents");
               made.year = parts.year;
@@ -82,8 +82,7 @@ void addDates(Process& process) {
               m.returnsAutoreleased(&made);
           }},
          {"dateFromComponents:", [](Message& m) {
-              const auto& from =
-                  dynamic_cast<DateComponentsObject&>(*required(m.object(0), "the components"));
+              const auto& from = contentOf<DateComponentsObject>(m.object(0), "the components");
               const auto part = [](std::int64_t value, std::int32_t otherwise) {
                   return value == undefinedComponent ? otherwise : static_cast<std::int32_t>(value);
               };

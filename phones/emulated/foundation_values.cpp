@@ -75,6 +75,9 @@ Object* constantString(Process& process, Address address) {
         (address - process.slide - start) % constantSize != 0)
         return nullptr;
     const Memory& memory = process.memory;
+    constexpr std::uint64_t asciiText = 0x7c8;
+    if (memory.read<std::uint64_t>(address + 8) != asciiText)
+        throw Fault("a string constant is not ASCII, which the emulated phone does not read");
     auto constant = std::make_unique<StringObject>(
         memory.bytes(memory.read<Address>(address + 16), memory.read<std::uint64_t>(address + 24)));
     constant->isConstant = true;

@@ -53,6 +53,8 @@ void Heap::free(Address address) {
 }
 
 bool Heap::owns(Address address, std::size_t length) const {
+    if (address < start || length > end - address)
+        return false;
     for (Address at = address; at < address + length;) {
         const std::size_t inUnit = at % unit;
         const std::size_t wanted = std::min<std::size_t>(unit - inUnit, address + length - at);

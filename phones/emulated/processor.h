@@ -23,7 +23,8 @@ inline constexpr std::size_t mostTraps = 4096;
 /// The return address of a call from outside the library.
 inline constexpr Address returnAddress = firstTrap - 0x10000;
 
-/// The upper half of a register that holds 32 bits is not defined. Whoever reads it gets this.
+/// The upper half of a register that holds 32 bits is not defined. A library that reads it
+/// gets this value.
 inline constexpr std::uint64_t undefinedHalf = 0xdeadbeef'00000000;
 /// The content of a register that a call leaves undefined.
 inline constexpr std::uint64_t undefinedWord = 0xdeadbeef'deadbeef;
