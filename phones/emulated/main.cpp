@@ -13,6 +13,7 @@
 #include <fmt/format.h>
 
 #include <iostream>
+#include <random>
 #include <sys/resource.h>
 
 namespace {
@@ -26,12 +27,19 @@ fs::path buildFolder() {
     return fs::read_symlink("/proc/self/exe").parent_path().parent_path();
 }
 
+/// A phone loads a library at another address each time.
+Address randomSlide() {
+    constexpr Address page = 0x4000;
+    std::random_device random;
+    return page * (1 + random() % 0x10000);
+}
+
 struct Options {
     std::optional<fs::path> scenario;
     ScenarioOverrides overrides;
     bool log = false;
     std::optional<fs::path> trace;
-    Loading loading{buildFolder() / "ios/Noctara.dylib", 0x4000, {}};
+    Loading loading{buildFolder() / "ios/Noctara.dylib", randomSlide(), {}};
     bool usage = false;
     std::optional<std::size_t> line; ///< Of the trace, whose place in the library is wanted.
 };
@@ -46,7 +54,7 @@ public:
         if (++line != wanted)
             return;
         const Process& process = phone.emulatedProcess();
-        std::cout << "Line " << line << " comes from "
+        std::cout << "Line " << line << " was written "
                   << process.whereabouts(call.onMainThread ? *process.main : *process.monitor)
                   << '\n';
     }
@@ -123,6 +131,9 @@ int play(const Options& options) {
         std::cout << "\nSomething is wrong: " << finding << ".\n";
         exitCode = foundWrong;
     }
+    if (!process.findings.empty())
+        std::cout << fmt::format(
+            "\nThe library was at {0:#x}. To load it there again: --slide {0:#x}\n", process.slide);
     if (options.usage)
         std::cout << '\n' << usageOf(process);
     return exitCode;
@@ -154,7 +165,7 @@ int main(int count, char** arguments) {
         ->type_name("FILE")
         ->check(CLI::ExistingFile);
     app.add_option("--slide", options.loading.slide,
-                   "load the library at this address, a multiple of 16 KiB")
+                   "load the library at this address, a multiple of 16 KiB; default: a random one")
         ->type_name("ADDRESS")
         ->check([](const std::string& text) {
             Address slide = 0;

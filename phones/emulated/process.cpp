@@ -258,6 +258,8 @@ std::string Process::describe(Address place) const {
 
 std::string Process::whereabouts(const Processor& processor) const {
     std::string text = "in " + describe(processor.instruction());
+    if (processor.instruction() == addressOf("_objc_msgSend") && memory.isMapped(processor.x(1), 1))
+        text = "in the message " + memory.text(processor.x(1));
     std::vector<Address> callers = processor.callers();
     if (!isInLibrary(processor.instruction()))
         callers.insert(callers.begin(), processor.caller());

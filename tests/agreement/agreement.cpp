@@ -119,7 +119,7 @@ struct Play {
         again.insert(again.end(), {player.placeOption, std::to_string(line)});
         runLimited(again);
         const std::string text = contents(output);
-        const auto place = text.find("Line " + std::to_string(line) + " comes from");
+        const auto place = text.find("Line " + std::to_string(line) + " was written");
         return place == text.npos ? std::string() : text.substr(place);
     }
 
