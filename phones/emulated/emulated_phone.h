@@ -32,7 +32,7 @@ public:
 
     Process& emulatedProcess() { return *theProcess; }
 
-    // What the functions that stand for the phone's own call.
+    // For the functions that stand in for the phone's own.
 
     Date now() const { return clock.wall(); }
     std::int64_t time();

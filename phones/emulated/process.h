@@ -1,4 +1,4 @@
-/// The emulated process: its memory, two processors, the library, and what stands for the phone's
+/// The emulated process: its memory, two processors, the library, and the stand-ins for the phone's
 /// own libraries.
 #pragma once
 

@@ -6,7 +6,7 @@
 namespace noctara {
 
 struct VirtualClock {
-    double monotonic = 0;  ///< Seconds since 1970 by the monotonic clock, which is never set.
+    double monotonic = 0;  ///< Seconds since 1970. No event changes this clock.
     double wallOffset = 0; ///< What setting the wall clock has added to that.
 
     Date wall() const { return {monotonic + wallOffset}; }

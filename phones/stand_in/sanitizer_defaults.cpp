@@ -1,5 +1,5 @@
-/// What the sanitizers have to know of Foundation and the Objective-C runtime, which are not built
-/// for them. Part of every program that loads the two, when it is built for a sanitizer.
+/// Options and suppressions of the sanitizers, for Foundation and the Objective-C runtime, which
+/// are not built for sanitizers. Linked into every program that loads them.
 #include <sanitizer/asan_interface.h>
 #include <sanitizer/lsan_interface.h>
 
@@ -7,9 +7,9 @@
 
 extern "C" const char* __tsan_default_suppressions();
 
-/// Whole stacks, for the suppressions to know by whom something was made: a fast unwinding ends in
-/// the first function that keeps no frame pointer. The exit code is ThreadSanitizer's; the usual
-/// one, 1, is that of a night on which something was wrong.
+/// The suppressions need whole stacks, and the fast unwinder stops at the first function without a
+/// frame pointer. The exit code is that of ThreadSanitizer, because 1 is the code of a night on
+/// which something was wrong.
 FOR_THE_SANITIZER const char* __asan_default_options() {
     return "fast_unwind_on_malloc=0:exitcode=66";
 }
@@ -18,15 +18,15 @@ FOR_THE_SANITIZER const char* __lsan_default_options() {
     return "print_suppressions=0";
 }
 
-/// The runtime's tables of classes and methods, and what Foundation's classes make for good when
-/// the runtime initialises them. Messages do not pass through the runtime's frames, so what is
-/// leaked in their course is still told.
+/// The runtime never frees its tables of classes and methods, nor what Foundation's classes create
+/// when they are initialised. Leaks during a message are still reported, because a message has no
+/// frame of the runtime on the stack.
 FOR_THE_SANITIZER const char* __lsan_default_suppressions() {
     return "leak:libobjc.so\n";
 }
 
-/// While classes are loaded and initialised, on the main thread, the runtime's lock and
-/// Foundation's own are taken in either order.
+/// The runtime and Foundation take their locks in either order while the main thread loads and
+/// initialises classes.
 FOR_THE_SANITIZER const char* __tsan_default_suppressions() {
     return "deadlock:libgnustep-base.so\n"
            "deadlock:libobjc.so\n";

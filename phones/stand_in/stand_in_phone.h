@@ -1,5 +1,5 @@
-/// How the stand-in frameworks reach the phone that they belong to. They keep no state of the
-/// phone: they pass every question on to the simulated phone of the host process.
+/// The interface through which the stand-in frameworks reach the model of the phone in the host
+/// process. The frameworks themselves keep no state of the phone.
 #pragma once
 
 #include "phones/model/recorder.h"
@@ -20,7 +20,7 @@ class SystemPower;
 class SystemSounds;
 class WakeScheduler;
 
-/// The parts of the phone that frameworks speak to.
+/// The parts of the phone that the frameworks use.
 struct StandInServices {
     const Recorder& recorder;
     double coreFoundationVersionNumber;
@@ -41,25 +41,25 @@ class StandInPhone {
 public:
     virtual ~StandInPhone() = default;
 
-    /// One thread at a time uses the phone: the one that has entered and not yet left it. Calls may
-    /// be nested.
+    /// Only one thread at a time can be inside, from `enter` to `leave`. Others wait. Calls may be
+    /// nested.
     virtual const StandInServices& enter() = 0;
     virtual void leave() = 0;
 
-    /// Performs `work` in the main run loop and returns when it is done. The phone calls this on
-    /// the main thread. Other threads may use the phone meanwhile.
+    /// Runs `work` in the main run loop and returns when it is done. Called on the main thread.
+    /// Other threads can enter the phone meanwhile.
     virtual void performOnMainRunLoop(const std::function<void()>& work) = 0;
 };
 
-/// The phone of this process. The host defines the symbol; in a process without a phone its address
-/// is null, and the frameworks return null or zero.
+/// The phone of this process. The host defines the symbol. In another process its address is null,
+/// and the frameworks return null or zero.
 extern "C" [[gnu::weak, gnu::visibility("default")]] StandInPhone* standInPhone;
 
 inline StandInPhone* phoneOfThisProcess() {
     return &standInPhone ? standInPhone : nullptr;
 }
 
-/// The parts of the phone, entered for as long as the object lives.
+/// Enters the phone for the lifetime of the object.
 class PhoneCall {
 public:
     PhoneCall() : phone(phoneOfThisProcess()), services(phone ? &phone->enter() : nullptr) {}

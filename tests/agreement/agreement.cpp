@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 /// Far longer than any play takes, even under a sanitizer. After it, a play counts as deadlocked.
 const std::string mostSeconds = "300";
 
-/// The two phones have to make all calls in the same order, across both threads.
+/// All phones have to make all calls in the same order, across both threads.
 constexpr TraceOrder comparedOrder = TraceOrder::whole;
 
 const std::string sleepStateSentence = "The phone is in the sleep state.";
@@ -88,7 +88,7 @@ struct Play {
         command.insert(command.end(), {scenario.string(), "--trace", trace.string()});
     }
 
-    /// Empty when the program exits as one that has played does: with 0, or with 1 when it found
+    /// Empty if the program has played the night: it exits with 0, or with 1 if it found
     /// something wrong with the night.
     std::string playAndComplain() {
         // What an earlier play left must not be taken for this one's.

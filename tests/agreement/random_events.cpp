@@ -248,7 +248,7 @@ private:
     Dice& dice;
     const RandomNight& night;
     RandomSettings settings; ///< The current settings.
-    Date now;                ///< By the clock that no event sets.
+    Date now;                ///< By the monotonic clock.
     Date before = now;       ///< When something last happened.
     double wallOffset = 0;
     std::int64_t written = 0;

@@ -26,8 +26,8 @@ protected:
         return *own;
     }
 
-    /// Whether a choice of rate is offered shows in the state read at a rate that is neither pair's
-    /// fast one: without a choice that counts as on.
+    /// Whether the device can choose between two rates. At 2G, which is the fast rate of neither
+    /// pair, 3G counts as on only for a device that cannot choose.
     bool choiceIsOffered() {
         phone().radios.chooseMaxRate(DataRate::kCTRegistrationDataRate2G);
         return !own->is3GEnabled();

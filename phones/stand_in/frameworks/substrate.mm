@@ -1,4 +1,4 @@
-/// The method-hooking loader's one function, over the real Objective-C runtime.
+/// The function of the method-hooking loader, implemented with the real Objective-C runtime.
 #include "phones/springboard/private_functions.h"
 #include "phones/stand_in/stand_in_phone.h"
 

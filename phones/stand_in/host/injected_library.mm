@@ -15,8 +15,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::atomic<const char*> fileOfLibrary = nullptr; ///< Its whole path; null before it is loaded.
-::NoctaraThread** instance = nullptr;             ///< Null likewise.
+std::atomic<const char*> fileOfLibrary = nullptr; ///< Its full path. Null before it is loaded.
+::NoctaraThread** instance = nullptr;             ///< Null before it is loaded.
 
 } // namespace
 

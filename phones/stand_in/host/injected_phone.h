@@ -1,7 +1,7 @@
-/// The phone with the library injected into a process of its own, this one: the same phone as the
-/// simulated one, asked through real classes, functions and run loops instead of interfaces.
+/// The phone of this process, into which the library is injected. It is the same model as the
+/// simulated phone, but the library reaches it through real classes, functions and run loops.
 ///
-/// How time passes is left to `PhoneOnVirtualClock` and `PhoneInRealTime`.
+/// `PhoneOnVirtualClock` and `PhoneInRealTime` define how time passes.
 #pragma once
 
 #include "phones/model/phone_model.h"
@@ -15,11 +15,11 @@ namespace noctara {
 
 class InjectedPhone : public PhoneModel, public StandInPhone {
 public:
-    /// The phone's files are real ones below `root`. To be made on the main thread; there is one
-    /// at a time, it is the phone of this process, and it must not end before the process does.
+    /// The phone's files are real files below `root`. Create it on the main thread. A process has
+    /// one phone, which must exist until the process ends.
     InjectedPhone(const Scenario& scenario, const std::filesystem::path& root);
 
-    /// Where a file of the phone's is on this machine.
+    /// The place on this machine of a file of the phone.
     std::filesystem::path placeOf(const std::string& pathOnPhone) const;
 
     // StandInPhone.
@@ -31,25 +31,27 @@ public:
     virtual std::int64_t readTime() = 0;
     virtual Date readDate() = 0;
 
-    // What the monitor thread does: main thread starts it, and all else is called by itself.
+    // The steps of the monitor thread. The main thread calls the first function, and the monitor
+    // thread calls the others.
     virtual void monitorStarts() {}
     virtual void monitorBegins() {}
     virtual void monitorEnds() {}
     virtual void monitorSleeps(unsigned seconds) = 0;
 
-    /// Plays the scenario to the end, once SpringBoard has launched. Main thread. False when it was
-    /// interrupted. Throws MonitorSpins, if it is the phone that moves the clock. The process is
-    /// then to end without delay.
+    /// Plays the scenario to the end. Call it on the main thread when SpringBoard has launched.
+    /// False if the night was interrupted. On the virtual clock it throws MonitorSpins; the process
+    /// should then end at once.
     virtual bool playToTheEnd() = 0;
 
 protected:
     /// Sets the model's clock to the present. Called when a thread enters or leaves the phone.
     virtual void catchUp() {}
 
-    /// Does `work` with the phone left, for others to enter it. Main thread.
+    /// Leaves the phone, runs `work` and enters the phone again. Others can enter it meanwhile.
+    /// Main thread.
     void performOutside(const std::function<void()>& work);
 
-    std::recursive_mutex mutex; ///< Held by whoever is inside.
+    std::recursive_mutex mutex; ///< Held by the thread that has entered.
 
 private:
     void sendACPowerChanged() override;
@@ -61,7 +63,7 @@ private:
     int depth = 0; ///< Of nested entries. Guarded by `mutex`.
 };
 
-/// The phone for the length of a call by a part of this process.
+/// Enters the phone for the lifetime of the object.
 class OnPhone {
 public:
     explicit OnPhone(InjectedPhone& entered) : phone(entered) { phone.enter(); }

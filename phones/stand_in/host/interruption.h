@@ -1,11 +1,11 @@
-/// SIGINT, SIGTERM and SIGHUP. A night that they interrupt ends with its summary and without its
-/// temporary files.
+/// SIGINT, SIGTERM and SIGHUP. A night that one of them interrupts prints its summary and removes
+/// its temporary files.
 #pragma once
 
 namespace noctara {
 
-/// Installs handlers that note the signals. A second signal has no further effect: `timeout`, for
-/// one, sends two.
+/// Installs handlers that note the signals. A second signal has no effect, because some senders,
+/// such as `timeout`, send two.
 void watchForInterruption();
 
 /// Whether one of the signals has arrived.

@@ -1,5 +1,5 @@
-/// SpringBoard, the home screen of the stand-in phone: loads the library as the phone's loader
-/// would, and plays a night to it. Exit codes: 0 fine, 1 the run found something wrong, 2 bad
+/// SpringBoard, the home screen of the stand-in phone. It loads the library as the loader of a
+/// phone would, and plays a night. Exit codes: 0 fine, 1 the run found something wrong, 2 bad
 /// input.
 #include "input/bad_input.h"
 #include "input/command_line.h"
@@ -36,7 +36,8 @@ fs::path executable() {
     return fs::read_symlink("/proc/self/exe");
 }
 
-/// Where the build puts the library and the command; the phone lies in a folder of it.
+/// The folder in which the build puts the library and the command. This program is in a folder of
+/// it.
 fs::path buildFolder() {
     return executable().parent_path().parent_path();
 }
@@ -55,15 +56,15 @@ struct Options {
     bool usage = false;
 };
 
-/// Never destroyed: the library's monitor lives on it as long as the process.
+/// Never destroyed, because the library's monitor uses it until the process ends.
 InjectedPhone& makePhone(const Options& options, const Scenario& scenario, const fs::path& root) {
     if (options.realTime)
         return *new PhoneInRealTime(scenario, root, options.speed);
     return *new PhoneOnVirtualClock(scenario, root);
 }
 
-/// Foundation would keep user defaults in the home folder of whoever plays. It looks for its
-/// configuration in the environment that the process was started with.
+/// Without a configuration, Foundation keeps user defaults in the home folder of the user. It reads
+/// the name of the configuration from the environment with which the process was started.
 void startWithConfiguration(char** arguments) {
     const char* const variable = "GNUSTEP_CONFIG_FILE";
     const fs::path configuration = executable().parent_path() / "Resources/GNUstep.conf";
@@ -76,8 +77,8 @@ void startWithConfiguration(char** arguments) {
     std::exit(foundWrong);
 }
 
-/// Ends the process without its destructors, as the monitor thread still runs. A sanitizer that
-/// looks for leaks at the end of a process looks now.
+/// Ends the process without running destructors, because the monitor thread still runs. A sanitizer
+/// that reports leaks at the end of a process does so first.
 [[noreturn]] void endProcess(int exitCode) {
     if (__lsan_do_leak_check)
         __lsan_do_leak_check();
@@ -89,7 +90,7 @@ void reportCapabilities() {
         throw BadInput("--capabilities: the device has no such report without the library");
 }
 
-/// Why the night ended early; absent when it did not.
+/// Why the night ended early. Absent if it did not.
 std::optional<std::string> playNight(InjectedPhone& phone) {
     try {
         springBoard::didFinishLaunching();
@@ -116,7 +117,7 @@ int play(const Options& options) {
         prepareRoot(*options.root);
     else
         temporary.emplace("springboard");
-    // It is started while this process has one thread and no interruption to note.
+    // Start it before this process has other threads and handlers of signals.
     std::optional<StoryProcess> story;
     if (!options.capabilities)
         story.emplace(buildFolder() / "noctara",

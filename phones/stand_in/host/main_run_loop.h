@@ -5,11 +5,11 @@
 
 namespace noctara::mainRunLoop {
 
-/// Handles what has arrived. When nothing has, waits for it, at most `longestWait` seconds by the
-/// clock of this machine. Main thread.
+/// Handles what has arrived. If nothing has, waits for it, at most `longestWait` seconds of this
+/// machine. Main thread.
 void runOnce(double longestWait);
 
-/// Makes a `runOnce` that waits return. Any thread.
+/// Lets a waiting `runOnce` return. Any thread.
 void wake();
 
 /// Runs the loop until it has performed `work`. Main thread.

@@ -40,7 +40,7 @@ void perform(const std::function<void()>& work) {
         HostWork* toDo = [[[HostWork alloc] init] autorelease];
         toDo->work = &work;
         [toDo performSelectorOnMainThread:@selector(perform) withObject:nil waitUntilDone:NO];
-        // What this thread has sent to itself needs no wait.
+        // Work that this thread has sent to itself needs no waiting.
         while (!toDo->done)
             runOnce(0);
     }

@@ -12,8 +12,8 @@ namespace noctara {
 
 namespace {
 
-/// Seconds of this machine. Another thread can make something due earlier (a wake-up that the
-/// library schedules), so the main thread looks for that at least this often.
+/// Seconds of this machine. The main thread looks at least this often for what is due, because
+/// another thread can make something due earlier, such as a wake-up.
 constexpr double longestWait = 0.1;
 
 double monotonicClock() {
@@ -75,7 +75,7 @@ bool PhoneInRealTime::playToTheEnd() {
         const double now = std::min(present(), end);
         advance(now);
         phoneMayHaveWokenUp.notify_all();
-        // Compared with `now`, not with the present: what is due between the two has yet to happen.
+        // Use `now` and not the present, because what is due between the two has not happened yet.
         const bool hasEnded = now >= end;
         if (hasEnded || interrupted()) {
             // The phone is not left again, so that the monitor's next call blocks.

@@ -1,8 +1,8 @@
-/// The phone whose clock runs with that of this machine, or at a multiple of its speed. Its threads
-/// run at the same time, as on a phone.
+/// The phone whose clock runs with the clock of this machine, or at a multiple of its speed. Its
+/// threads run at the same time, as on a phone.
 ///
-/// It records the library's reads of the clock as well: only with their results can such a night be
-/// replayed exactly.
+/// It also records the library's reads of the clock, because a replay of such a night needs their
+/// results.
 #pragma once
 
 #include "phones/stand_in/host/injected_phone.h"
@@ -13,7 +13,7 @@ namespace noctara {
 
 class PhoneInRealTime final : public InjectedPhone {
 public:
-    /// `speed`: the seconds that pass on the phone in one second of this machine; over 0.
+    /// `speed`: seconds that pass on the phone in one second of this machine. Above 0.
     PhoneInRealTime(const Scenario& scenario, const std::filesystem::path& root, double speed);
 
     std::int64_t readTime() override;

@@ -9,7 +9,7 @@ namespace noctara {
 
 namespace {
 
-/// Seconds. The monitor wakes the main run loop, so the wait for it needs no limit.
+/// Seconds. The monitor wakes the main run loop, so this wait needs no limit.
 constexpr double aLongTime = 1e6;
 
 } // namespace
@@ -67,8 +67,8 @@ void PhoneOnVirtualClock::letMonitorRun() {
 }
 
 bool PhoneOnVirtualClock::playToTheEnd() {
-    // From here on the main thread leaves the phone only while the monitor runs, and while the main
-    // run loop delivers something to the library.
+    // From here on the main thread leaves the phone only in two cases: the monitor runs, or the
+    // main run loop delivers something to the library.
     const OnPhone inside(*this);
     advance(clock.monotonic);
     while (!interrupted() && monitorThread == Thread::waiting && moveToWakeUp(wakeUpAt, end))

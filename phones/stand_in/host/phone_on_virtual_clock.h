@@ -1,5 +1,5 @@
-/// The phone whose clock moves only while the monitor waits. Its two threads are real ones, of
-/// which one runs at a time, so that a night takes seconds and comes out the same every time.
+/// The phone whose clock moves only while the monitor waits. It has two real threads, of which one
+/// runs at a time. A night therefore takes seconds, and every run gives the same result.
 #pragma once
 
 #include "phones/stand_in/host/injected_phone.h"
@@ -23,7 +23,7 @@ public:
     bool playToTheEnd() override;
 
 private:
-    /// Where the monitor thread is.
+    /// The state of the monitor thread.
     enum class Thread { absent, waiting, running, ended };
 
     void waitForMainThread();
@@ -32,7 +32,7 @@ private:
     std::atomic<Thread> monitorThread = Thread::absent;
     std::binary_semaphore monitorMayRun{0};
     double wakeUpAt = 0;    ///< When the monitor's wait ends, by the monotonic clock.
-    std::string whyItSpins; ///< Empty as long as the monitor waits now and then.
+    std::string whyItSpins; ///< Empty unless the monitor loops without waiting.
 };
 
 } // namespace noctara

@@ -1,6 +1,6 @@
-/// The functions of the C library and of the Objective-C runtime that the library calls and that
-/// the phone answers. The dynamic loader looks in the executable first, so these are found instead
-/// of the libraries' own; every caller but the injected library is passed on to those.
+/// Functions of the C library and of the Objective-C runtime that the phone answers for the
+/// injected library. The dynamic loader looks in the executable first, so it finds these functions
+/// before those of the libraries. Calls by other code are passed on.
 #include "phones/springboard/property_list_values.h"
 #include "phones/stand_in/host/injected_library.h"
 #include "phones/stand_in/host/injected_phone.h"
@@ -15,10 +15,10 @@
 using noctara::injectedPhone;
 using noctara::OnPhone;
 
-/// Exports a function, for the libraries of the process to find it.
+/// Exports a function, so that the libraries of the process find it.
 #define REPLACED extern "C" [[gnu::visibility("default")]]
 
-/// The function of this name that the executable's one hides.
+/// The function of this name in a library, which the function of the executable hides.
 template <typename Function>
 static Function* hidden(const char* name) noexcept {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
@@ -52,7 +52,7 @@ REPLACED int uname(utsname* result) noexcept {
     return 0;
 }
 
-/// The phone's library for each handle that the library was given.
+/// The library of the phone's model, for each handle that was returned.
 static std::map<void*, noctara::LibraryRef> openLibraries;
 
 REPLACED void* dlopen(const char* path, int mode) noexcept {
@@ -63,7 +63,7 @@ REPLACED void* dlopen(const char* path, int mode) noexcept {
     const noctara::LibraryRef library = phone->device.open(path);
     if (!library)
         return nullptr;
-    // The phone's libraries lie in a folder beside the executable.
+    // The phone's libraries are in a folder beside the executable.
     const auto file = std::filesystem::read_symlink("/proc/self/exe").parent_path() / "system" /
                       std::filesystem::path(path).relative_path();
     void* const handle = real(file.c_str(), mode);
@@ -108,8 +108,8 @@ REPLACED Class objc_getClass(const char* name) {
     const Class found = real(name);
     if (!CALLED_BY_THE_LIBRARY)
         return found;
-    // The compiler emits calls of this function, too, for the classes that the library names in its
-    // code. Those that the library looks up are SpringBoard's.
+    // The compiler also emits calls of this function, for classes that the code names. Only
+    // SpringBoard's classes are looked up by name.
     const OnPhone phone(*injectedPhone);
     if (phone->process.hasClass(name))
         phone->recorder.answer(noctara::Operation::objc_getClass, {name}, found != nil);

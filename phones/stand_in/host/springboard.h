@@ -13,7 +13,7 @@ void didFinishLaunching();
 /// Sends `ACPowerChanged` to the SBUIController. Main thread.
 void acPowerChanged();
 
-/// Sends `scanCapabilities` to the UIDevice. False when it does not respond to that. Main thread.
+/// Sends `scanCapabilities` to the UIDevice. False if it has no such method. Main thread.
 bool scanCapabilities();
 
 } // namespace noctara::springBoard

@@ -15,7 +15,7 @@ double seconds(const timeval& time) {
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
 }
 
-/// A value from a thread's file `status`; empty when there is none.
+/// A value from the file `status` of a thread. Empty if there is none.
 std::string statusValue(const std::filesystem::path& thread, const std::string& name) {
     std::ifstream lines(thread / "status");
     for (std::string line; std::getline(lines, line);)

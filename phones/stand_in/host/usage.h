@@ -5,8 +5,8 @@
 
 namespace noctara {
 
-/// Lines of text: for each thread its processor time and its voluntary context switches, and for
-/// the process its processor time, peak memory and heap in use.
+/// Lines of text. For each thread: processor time and voluntary context switches. For the process:
+/// processor time, peak memory and heap in use.
 std::string usageOfThisProcess();
 
 } // namespace noctara

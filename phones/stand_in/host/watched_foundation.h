@@ -1,11 +1,11 @@
-/// Methods of Foundation as the library meets them: each call is recorded, the clock is the
-/// phone's, and a path of the phone's leads to the file on this machine. Calls by others are passed
-/// on.
+/// Replacements for methods of Foundation. They record the library's calls, give it the clock of
+/// the phone, and turn a path on the phone into the path of the file on this machine. Calls by
+/// other code are passed on.
 #pragma once
 
 namespace noctara {
 
-/// Replaces the methods. To be called once, before the library is injected. Main thread.
+/// Replaces the methods. Call it once, before the library is injected. Main thread.
 void watchFoundation();
 
 /// Sets the time zone of Foundation's calendar, an IANA name. Main thread.

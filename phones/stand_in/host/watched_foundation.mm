@@ -47,8 +47,8 @@ static id readDate(id self, SEL selector) {
                                  : ownDate(self, selector);
 }
 
-/// GNUstep reads the dates of an XML property list by this method. It takes them for local time,
-/// although the Z at their end stands for UTC.
+/// GNUstep reads the dates of an XML property list with this method. It takes them for local time,
+/// although the Z at their end means UTC.
 static id (*ownDateOfText)(id, SEL, NSString*, NSString*);
 static id dateOfText(id self, SEL selector, NSString* text, NSString* format) {
     if (![format hasSuffix:@"Z"])
@@ -82,8 +82,8 @@ static id readDictionary(id self, SEL selector, NSString* path) {
     return dictionary;
 }
 
-/// Writes a dictionary as the phone's Foundation does. GNUstep's method of the dictionary writes an
-/// old-style property list instead, in which a number has a form that only GNUstep reads.
+/// Writes a dictionary as the phone's Foundation does. GNUstep's own method writes an old-style
+/// property list, in which numbers have a form that only GNUstep reads.
 static bool writeAsXML(NSDictionary* dictionary, NSString* path, BOOL atomically) {
     NSData* xml = [NSPropertyListSerialization dataFromPropertyList:dictionary
                                                              format:NSPropertyListXMLFormat_v1_0
@@ -99,13 +99,13 @@ static BOOL writeDictionary(id self, SEL selector, NSString* path, BOOL atomical
     const bool written =
         phone->files.disk == noctara::DiskState::ok && writeAsXML(self, placeOf(path), atomically);
     const Dictionary content = noctara::dictionaryOf(self);
-    // A write that is not atomic can lose the file, so the trace tells the two apart.
+    // A write that is not atomic can lose the file, so the trace has another name for it.
     return phone->recorder.answer(atomically ? noctara::Operation::writeToFileAtomically
                                              : noctara::Operation::writeToFileInPlace,
                                   {noctara::textOf(path), &content}, written);
 }
 
-/// The file that this thread read last. The data to parse does not say where it comes from.
+/// The file that this thread read last. The data that is parsed does not name its file.
 static thread_local std::string lastPathRead;
 
 static id (*ownReadData)(id, SEL, NSString*);
