@@ -71,6 +71,22 @@ extern "C" [[gnu::visibility("default")]] void* dlopen(const char* path, int mod
     return reinterpret_cast<decltype(&dlopen)>(dlsym(RTLD_NEXT, "dlopen"))(path, mode);
 }
 
+/// Keeps the last notification that it has got. The test releases it.
+@interface Listener : NSObject {
+@public
+    NSNotification* heard;
+}
+- (void)hear:(NSNotification*)notification;
+@end
+
+@implementation Listener
+
+- (void)hear:(NSNotification*)notification {
+    heard = [notification retain];
+}
+
+@end
+
 namespace noctara {
 
 namespace {
@@ -150,16 +166,16 @@ TEST_F(ThePhonesFunctions, find_nothing_in_a_library_that_is_missing) {
 // Notifications.
 
 TEST_F(ThePhonesFunctions, announce_a_change_in_the_process_for_no_object) {
-    __block NSNotification* heard = nil;
-    const id observer =
-        [[NSNotificationCenter defaultCenter] addObserverForName:@"PSCellDataChangedNotification"
-                                                          object:nil
-                                                           queue:nil
-                                                      usingBlock:^(NSNotification* notification) {
-                                                        heard = [notification retain];
-                                                      }];
+    Listener* const listener = [[Listener alloc] init];
+    NSNotificationCenter* const center = [NSNotificationCenter defaultCenter];
+    [center addObserver:listener
+               selector:@selector(hear:)
+                   name:@"PSCellDataChangedNotification"
+                 object:nil];
     platform.notifications->postInProcess("PSCellDataChangedNotification", {{"DataEnabled", true}});
-    [[NSNotificationCenter defaultCenter] removeObserver:observer];
+    [center removeObserver:listener];
+    NSNotification* const heard = listener->heard;
+    [listener release];
     ASSERT_NE(heard, nil);
     EXPECT_EQ([heard object], nil);
     EXPECT_EQ([[heard userInfo] count], 1U);
