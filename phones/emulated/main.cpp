@@ -143,17 +143,18 @@ int play(const Options& options) {
 
 int main(int count, char** arguments) {
     Options options;
-    CLI::App app{"SpringBoard of an emulated phone: loads Noctara's library for the phone itself "
-                 "into an emulated processor, and plays a night to it."};
+    CLI::App app{"SpringBoard of an emulated phone. It runs Noctara's library for the phone itself "
+                 "in an emulated processor, and plays a night."};
     app.name("EmulatedSpringBoard");
     app.footer("Exit codes: 0 fine, 1 the run found something wrong, 2 bad input.");
     app.add_option("SCENARIO", options.scenario,
                    "scenario file (see docs/scenarios.md); without one, a typical night")
         ->type_name("");
-    app.add_flag("--log", options.log, "include the lines of the system log");
-    app.add_option("--trace", options.trace,
-                   "write every call that the library makes to this file, as JSON Lines (see "
-                   "docs/trace.md)")
+    app.add_flag("--log", options.log, "print the lines of the system log as well");
+    app.add_option(
+           "--trace", options.trace,
+           "write every call of the library and every event to this file, as JSON Lines (see "
+           "docs/trace.md)")
         ->type_name("FILE");
     app.add_option("--start", options.overrides.start,
                    "local date and time to start at, such as 2014-03-01T22:30")

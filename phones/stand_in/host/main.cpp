@@ -159,28 +159,29 @@ int play(const Options& options) {
 int main(int count, char** arguments) {
     startWithConfiguration(arguments);
     Options options;
-    CLI::App app{"SpringBoard of a stand-in phone: loads Noctara's library, as the phone's loader "
-                 "would, and plays a night to it on the simulated phone."};
+    CLI::App app{"SpringBoard of a stand-in phone. It loads Noctara's library, as the loader of a "
+                 "phone would, and plays a night."};
     app.name("SpringBoard");
     app.footer("Exit codes: 0 fine, 1 the run found something wrong, 2 bad input.");
     app.add_option("SCENARIO", options.scenario,
                    "scenario file (see docs/scenarios.md); without one, a typical night")
         ->type_name("");
-    app.add_flag("--log", options.log, "tell the lines of the system log as well");
-    app.add_option("--trace", options.trace,
-                   "write every call that the library makes of the phone to this file, as JSON "
-                   "Lines (see docs/trace.md)")
+    app.add_flag("--log", options.log, "print the lines of the system log as well");
+    app.add_option(
+           "--trace", options.trace,
+           "write every call of the library and every event to this file, as JSON Lines (see "
+           "docs/trace.md)")
         ->type_name("FILE");
     app.add_option("--root", options.root,
-                   "keep the phone's files below this folder, made if it is missing; a settings "
-                   "file that is there is kept. Default: a folder that goes with the process")
+                   "store the phone's files below this folder; a missing folder is created, and an "
+                   "existing settings file is kept. Default: a temporary folder")
         ->type_name("FOLDER");
-    auto* const realTime =
-        app.add_flag("--real-time", options.realTime,
-                     "let the threads run at once and the clock by itself, instead of moving the "
-                     "clock when the monitor waits");
+    auto* const realTime = app.add_flag(
+        "--real-time", options.realTime,
+        "let the threads run at the same time, and the clock with that of the machine, "
+        "instead of moving the clock only while the monitor waits");
     app.add_option("--speed", options.speed,
-                   "seconds that pass on the phone in a second of real time")
+                   "seconds that pass on the phone in one second of real time")
         ->type_name("NUMBER")
         ->check(CLI::Range(0.001, 100000.0))
         ->capture_default_str()
@@ -199,8 +200,8 @@ int main(int count, char** arguments) {
         ->type_name("FILE")
         ->check(CLI::ExistingFile);
     app.add_flag("--capabilities", options.capabilities,
-                 "print the device's report of its capabilities instead");
-    app.add_flag("--usage", options.usage, "tell at the end what the process has used");
+                 "print the capabilities that the device reports, and play no night");
+    app.add_flag("--usage", options.usage, "print at the end what the process has used");
 
     endProcess(runCommandLine(app, count, arguments, [&] { return play(options); }));
 }
