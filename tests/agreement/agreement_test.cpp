@@ -104,13 +104,13 @@ INSTANTIATE_TEST_SUITE_P(Seeds, AllPhonesInARandomNight,
 /// name as $3.
 class AnotherProgramInItsPlace : public AllPhones {
 protected:
-    std::string whatIsWrong(const std::string& script) {
+    std::string whatIsWrong(const std::string& script, const std::string& placeOption = {}) {
         const fs::path file = folder / "program";
         std::ofstream(file) << script;
         const fs::path scenario = folder / "night.toml";
         std::ofstream(scenario) << "hours = 0.2\n[settings]\nScanInterval = 1\n";
         return playOnAll(scenario, {{"simulated", {NOCTARA_COMMAND, "night"}},
-                                    {"other", {"sh", file.string()}}})
+                                    {"other", {"sh", file.string()}, placeOption}})
             .difference.value_or("they agree");
     }
 
@@ -132,6 +132,14 @@ TEST_F(AnotherProgramInItsPlace, is_caught_when_one_argument_differs) {
                                        "grep -q 'ScanInterval : 6' \"$3\" || exit 9\n"),
                 testing::AllOf(HasSubstr("the traces differ"), HasSubstr("ScanInterval : 5"),
                                HasSubstr("ScanInterval : 6"), HasSubstr("night.toml --trace")));
+}
+
+TEST_F(AnotherProgramInItsPlace, is_asked_from_where_in_the_library_the_differing_call_came) {
+    EXPECT_THAT(whatIsWrong("'" NOCTARA_EMULATED_SPRINGBOARD "' \"$@\"\n"
+                            "sed -i '0,/ScanInterval : 5/s//ScanInterval : 6/' \"$3\"\n",
+                            "--place-of-line"),
+                testing::AllOf(HasSubstr("ScanInterval : 6"), HasSubstr(" was written in NSLog"),
+                               HasSubstr("called by noctara::NoctaraThread::takeOverSettings")));
 }
 
 TEST_F(AnotherProgramInItsPlace, is_caught_when_it_leaves_out_the_last_line) {
