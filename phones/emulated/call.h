@@ -15,7 +15,7 @@ class NativeCall {
 public:
     NativeCall(Process& ofProcess, Processor& onProcessor) : process(ofProcess), cpu(onProcessor) {}
 
-    // The arguments, by their number among the integers and pointers.
+    // The integer and pointer arguments, numbered from 0.
     std::uint64_t word(unsigned number) const { return cpu.x(firstArgument + number); }
     std::uint32_t number(unsigned index) const { return static_cast<std::uint32_t>(word(index)); }
     /// A BOOL, which its caller has extended to 32 bits. Throws Fault if it has not.

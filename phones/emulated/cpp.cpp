@@ -92,7 +92,6 @@ void addStrings(Process& process) {
     add(stringMember + "6appendEPKcm", [=](NativeCall& c) {
         change(c, textOfArgument(c, 0) + c.process.memory.bytes(c.word(1), c.word(2)));
     });
-    add(stringMember + "6assignEPKc", [=](NativeCall& c) { change(c, c.text(1)); });
     add(stringMember + "6insertEmPKc",
         [=](NativeCall& c) { change(c, textOfArgument(c, 0).insert(c.word(1), c.text(2))); });
     add(stringMember + "6insertEmPKcm", [=](NativeCall& c) {
@@ -101,16 +100,9 @@ void addStrings(Process& process) {
     });
     add(stringMember + "9push_backEc",
         [=](NativeCall& c) { change(c, textOfArgument(c, 0) + static_cast<char>(c.word(1))); });
-    add(stringMember + "aSERKS5_", [=](NativeCall& c) { change(c, textOfArgument(c, 1)); });
     add(stringMember + "C1ERKS5_", [=](NativeCall& c) { construct(c, textOfArgument(c, 1)); });
     add(stringMember + "C1ERKS5_mmRKS4_",
         [=](NativeCall& c) { construct(c, textOfArgument(c, 1).substr(c.word(2), c.word(3))); });
-    add(stringMember + "D1Ev", [=](NativeCall& c) {
-        const Address string = c.word(0);
-        if (c.process.memory.read<std::uint8_t>(string + 23) & 0x80)
-            c.process.heap.free(c.process.memory.read<Address>(string));
-        c.returns(string);
-    });
     add(stringConstMember + "7compareEmmPKcm", [=](NativeCall& c) {
         c.returnsNumber(static_cast<std::uint32_t>(textOfArgument(c, 0).compare(
             c.word(1), c.word(2), c.process.memory.bytes(c.word(3), c.word(4)))));
@@ -211,10 +203,8 @@ void addTypes(Process& process) {
         c.returns(type == wanted ? object : 0);
     });
     for (const char* const symbol :
-         {"__ZTISt11logic_error", "__ZTISt12length_error", "__ZTISt12out_of_range",
-          "__ZTISt13runtime_error", "__ZTISt20bad_array_new_length", "__ZTISt9exception",
-          "__ZTISt9bad_alloc", "__ZTINSt3__119__shared_weak_countE", "__ZTVSt12length_error",
-          "__ZTVSt12out_of_range"})
+         {"__ZTISt11logic_error", "__ZTISt12length_error", "__ZTISt20bad_array_new_length",
+          "__ZTISt9exception", "__ZTINSt3__119__shared_weak_countE", "__ZTVSt12length_error"})
         process.addData(libCpp, symbol, 64);
 }
 
@@ -227,17 +217,15 @@ void addExceptions(Process& process) {
     process.addFunction(libCpp, "___cxa_allocate_exception", [](NativeCall& c) {
         c.returns(c.process.heap.allocate(c.word(0), c.place()));
     });
-    for (const char* const symbol : {"___cxa_begin_catch", "___cxa_end_catch", "___cxa_rethrow",
-                                     "___cxa_free_exception", "___gxx_personality_v0"})
+    for (const char* const symbol :
+         {"___cxa_begin_catch", "___cxa_free_exception", "___gxx_personality_v0"})
         process.addFunction(libCpp, symbol, [](NativeCall&) {
             throw Fault("an exception reaches a handler, though none is carried through");
         });
     for (const char* const symbol :
          {"__ZNSt11logic_errorC1EPKc", "__ZNSt11logic_errorC2EPKc", "__ZNSt11logic_errorD1Ev",
-          "__ZNSt12length_errorD1Ev", "__ZNSt12out_of_rangeD1Ev", "__ZNSt13runtime_errorC1EPKc",
-          "__ZNSt13runtime_errorD1Ev", "__ZNSt20bad_array_new_lengthC1Ev",
-          "__ZNSt20bad_array_new_lengthD1Ev", "__ZNSt9bad_allocC1Ev", "__ZNSt9bad_allocD1Ev",
-          "__ZNSt9exceptionD2Ev", "__ZNKSt9exception4whatEv"})
+          "__ZNSt12length_errorD1Ev", "__ZNSt20bad_array_new_lengthC1Ev",
+          "__ZNSt20bad_array_new_lengthD1Ev", "__ZNSt9exceptionD2Ev", "__ZNKSt9exception4whatEv"})
         process.addFunction(libCpp, symbol, returnObject);
 }
 

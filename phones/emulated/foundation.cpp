@@ -70,7 +70,7 @@ void addRoot(Process& process) {
               m.process.phone.performOnMainThread(
                   selector, [&] { m.process.send(*m.process.main, m.self().address, selector); });
           }},
-         {"isEqual:", [](Message& m) { m.returnsFlag(areEqual(m.receiver.object, m.object(0))); }},
+
          {"description", [](Message& m) {
               m.returnsAutoreleased(&m.make("NSString", StringObject(descriptionOf(m.self()))));
           }}});

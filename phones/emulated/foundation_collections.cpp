@@ -40,21 +40,13 @@ void addCollections(Process& process) {
     Class& array = process.addClass(coreFoundation, "NSArray");
     array.make = maker<ArrayObject>();
     addMethods(array, false,
-               {{"count", [](Message& m) { m.returns(m.self<ArrayObject>().items.size()); }},
-                {"containsObject:",
+               {{"containsObject:",
                  [](Message& m) {
                      const auto& items = m.self<ArrayObject>().items;
                      Object* const wanted = m.object(0);
                      m.returnsFlag(std::any_of(items.begin(), items.end(), [&](const Object* item) {
                          return areEqual(item, wanted);
                      }));
-                 }},
-                {"objectAtIndex:",
-                 [](Message& m) {
-                     const auto& items = m.self<ArrayObject>().items;
-                     if (m.word(0) >= items.size())
-                         throw Fault("an index is beyond the end of an array");
-                     m.returnsObject(items[m.word(0)]);
                  }},
                 {"countByEnumeratingWithState:objects:count:",
                  [](Message& m) { enumerate(m, m.self<ArrayObject>().items); }}});
@@ -73,8 +65,7 @@ void addCollections(Process& process) {
     Class& dictionary = process.addClass(coreFoundation, "NSDictionary");
     dictionary.make = maker<DictionaryObject>();
     addMethods(dictionary, false,
-               {{"count", [](Message& m) { m.returns(m.self<DictionaryObject>().entries.size()); }},
-                {"objectForKey:",
+               {{"objectForKey:",
                  [](Message& m) {
                      m.returnsObject(m.self<DictionaryObject>().find(textOf(m.object(0))));
                  }},

@@ -91,8 +91,6 @@ void addNumbers(Process& process) {
     addMethods(number, true,
                {{"numberWithBool:",
                  [](Message& m) { m.returnsObject(truthObject(m.process, m.flag(0))); }},
-                {"numberWithInt:",
-                 [make](Message& m) { make(m, static_cast<std::int32_t>(m.number(0))); }},
                 {"numberWithLongLong:",
                  [make](Message& m) { make(m, static_cast<std::int64_t>(m.word(0))); }},
                 {"numberWithDouble:", [make](Message& m) { make(m, m.real(0)); }}});
@@ -104,7 +102,7 @@ void addNumbers(Process& process) {
               const auto& value = m.self<NumberObject>().value;
               m.returns(value.as<bool>() ? truth : value.as<std::int64_t>() ? integer : real);
           }},
-         {"boolValue", [](Message& m) { m.returnsFlag(m.self<NumberObject>().value.boolValue()); }},
+
          {"doubleValue",
           [](Message& m) {
               const auto& value = m.self<NumberObject>().value;

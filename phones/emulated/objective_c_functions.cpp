@@ -15,13 +15,6 @@ void addObjectiveC(Process& process) {
         const Receiver receiver = c.process.objectiveC.receiver(c.word(0));
         c.returnsObject(&c.process.objectiveC.allocate(*receiver.aClass, c.cpu));
     });
-    add("_objc_alloc_init", [](NativeCall& c) {
-        const Receiver receiver = c.process.objectiveC.receiver(c.word(0));
-        Object& made = c.process.objectiveC.allocate(*receiver.aClass, c.cpu);
-        c.cpu.setX(0, made.address);
-        c.cpu.setX(1, c.process.objectiveC.selector("init"));
-        c.process.objectiveC.send(c.cpu);
-    });
     add("_objc_retain",
         [](NativeCall& c) { c.returnsObject(c.process.objectiveC.retain(c.object(0))); });
     add("_objc_release", [](NativeCall& c) { c.process.objectiveC.release(c.object(0), c.cpu); });

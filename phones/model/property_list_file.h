@@ -29,7 +29,7 @@ std::string propertyListXml(const PropertyList& value);
 
 /// Whether a written file survives a loss of power.
 enum class Durability {
-    synced,   ///< It is on the disk before it replaces the old file.
+    synced,   ///< The new file is on the disk before it replaces the old one.
     buffered, ///< The system writes it to the disk later.
 };
 
