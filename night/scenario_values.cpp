@@ -7,7 +7,7 @@ namespace noctara {
 
 namespace {
 
-/// A limit, because readers of property lists recurse. Real settings are not nested this deeply.
+/// Readers of property lists recurse, so deeper lists could overflow their stack.
 constexpr int deepestSettings = 32;
 
 PropertyList setting(const TomlValue& value, const TimeZone& zone, int depth);

@@ -65,7 +65,7 @@ public:
     /// A finite number, written with or without a decimal point.
     double real() const;
 
-    /// The elements of an array. `accepted` is the end of the message for another value.
+    /// The elements of an array. The message for another value ends with `accepted`.
     std::vector<TomlValue> elements(const std::string& accepted) const;
 
     std::vector<std::string> texts() const;

@@ -1,10 +1,4 @@
-#import <Foundation/Foundation.h>
-
-#include <unistd.h>
-
-@interface Waiter : NSObject
-- (void)run;
-@end
+#include "tests/phones/emulated/libraries/waiter.h"
 
 @implementation Waiter
 - (void)run {
@@ -18,12 +12,7 @@
 namespace {
 
 [[gnu::constructor]] void load() {
-    @autoreleasepool {
-        NSThread* thread = [[[NSThread alloc] initWithTarget:[[[Waiter alloc] init] autorelease]
-                                                    selector:@selector(run)
-                                                      object:nil] autorelease];
-        [thread start];
-    }
+    startWaiter();
 }
 
 } // namespace
