@@ -1,13 +1,15 @@
 #include "command/capabilities_command.h"
 
+#include "night/chosen_scenario.h"
 #include "phones/simulated/simulated_phone.h"
 #include "radios/device_capabilities.h"
 
 namespace noctara {
 
-void reportCapabilities(const Scenario& scenario) {
-    const SimulatedPhone phone(scenario);
+int reportCapabilities(const std::optional<std::filesystem::path>& scenario) {
+    const SimulatedPhone phone(chosenScenario(scenario, {}));
     DeviceCapabilities(phone.platform()).scanCapabilities();
+    return 0;
 }
 
 } // namespace noctara

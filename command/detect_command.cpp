@@ -142,7 +142,7 @@ void printNotLying(const Recording& recording, const std::optional<PostureReadin
 
 } // namespace
 
-void detect(const Recording& recording, const DetectOptions& options, std::ostream& out) {
+void detect(const Recording& recording, std::int32_t sensitivity, std::ostream& out) {
     const std::size_t count = recording.samples.size();
     fmt::print(out, "{} {} in {:.1f} s, {:.3g} a second\n", count,
                count == 1 ? "reading" : "readings", recording.duration(),
@@ -152,7 +152,7 @@ void detect(const Recording& recording, const DetectOptions& options, std::ostre
 
     const PostureStatistics statistics = computePostureStatistics(recording);
     const auto& steady = statistics.steady;
-    printSeconds(recording, options.sensitivity, steady && !steady->hasLengthAtRest(), out);
+    printSeconds(recording, sensitivity, steady && !steady->hasLengthAtRest(), out);
     printShares(statistics, out);
     if (statistics.lying) {
         printLying(statistics, recording.axesAreAssumed, out);
@@ -161,6 +161,11 @@ void detect(const Recording& recording, const DetectOptions& options, std::ostre
     } else {
         printNotLying(recording, steady, out);
     }
+}
+
+int detect(const DetectOptions& options, std::ostream& out, std::ostream& complaints) {
+    detect(readRecording(options.file, options.recording, complaints), options.sensitivity, out);
+    return 0;
 }
 
 } // namespace noctara

@@ -6,6 +6,7 @@
 #include "night/night_files.h"
 #include "night/night_report.h"
 #include "night/scenario_times.h"
+#include "output/output_file.h"
 #include "phones/model/property_list_file.h"
 #include "phones/simulated/simulated_phone.h"
 
@@ -70,9 +71,9 @@ int playNight(const NightOptions& options, std::ostream& out, std::ostream& comp
         if (options.motionAt)
             motionBegins = motionBegin(*options.motionAt, scenario);
     }
-    std::optional<TraceFile> trace;
+    std::optional<OutputFile> trace;
     if (options.trace)
-        trace.emplace(*options.trace, inputsOf(options));
+        trace.emplace("--trace", *options.trace, inputsOf(options));
     if (options.root)
         prepareRoot(*options.root);
 

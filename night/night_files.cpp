@@ -10,38 +10,6 @@ namespace noctara {
 
 namespace fs = std::filesystem;
 
-TraceFile::TraceFile(const fs::path& place, const std::vector<fs::path>& inputs) : file(place) {
-    std::error_code ignored;
-    for (const auto& input : inputs)
-        if (fs::equivalent(file, input, ignored))
-            throw BadInput(fmt::format("--trace: {} is an input of this night; give another file",
-                                       file.string()));
-    existed = fs::exists(file, ignored);
-    lines.open(file, std::ios::app);
-    if (!lines)
-        throw BadInput(
-            fmt::format("--trace: {} cannot be written; give a file in an existing folder",
-                        inQuotes(file.string())));
-}
-
-TraceFile::~TraceFile() {
-    std::error_code ignored;
-    if (!begun && !existed)
-        fs::remove(file, ignored);
-}
-
-std::ostream& TraceFile::begin() {
-    begun = true;
-    lines.close();
-    lines.open(file, std::ios::trunc);
-    return lines;
-}
-
-bool TraceFile::finish() {
-    lines.close();
-    return !lines.fail();
-}
-
 void prepareRoot(const fs::path& root) {
     std::error_code error;
     if (!root.empty())

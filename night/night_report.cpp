@@ -6,7 +6,7 @@
 namespace noctara {
 
 NightReport::NightReport(const Scenario& scenario, std::function<Date()> wallClock,
-                         std::ostream& text, bool withLog, TraceFile* file) :
+                         std::ostream& text, bool withLog, OutputFile* file) :
     story(scenario, text, withLog),
     now(std::move(wallClock)),
     out(text),
@@ -14,7 +14,7 @@ NightReport::NightReport(const Scenario& scenario, std::function<Date()> wallClo
     summary(scenario),
     morning(scenario) {
     if (traceFile)
-        trace.emplace(traceFile->begin());
+        trace.emplace(traceFile->stream());
 }
 
 void NightReport::called(const Call& call) {
@@ -48,7 +48,7 @@ int NightReport::finish(const std::optional<std::string>& wrong) {
     if (wrong)
         found.push_back(*wrong);
     found.insert(found.end(), morning.complaints().begin(), morning.complaints().end());
-    if (traceFile && !traceFile->finish())
+    if (traceFile && !traceFile->keep())
         found.push_back(
             fmt::format("the trace {} could not be written whole", traceFile->path().string()));
     for (const auto& clause : found)

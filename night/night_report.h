@@ -4,10 +4,10 @@
 
 #include "monitor/decisions.h"
 #include "night/morning_check.h"
-#include "night/night_files.h"
 #include "night/night_summary.h"
 #include "night/story.h"
 #include "night/trace.h"
+#include "output/output_file.h"
 
 #include <functional>
 #include <optional>
@@ -21,7 +21,7 @@ public:
     /// `wallClock` tells the time on the phone. The stream and the trace file, if there is one,
     /// must outlive the report.
     NightReport(const Scenario& scenario, std::function<Date()> wallClock, std::ostream& out,
-                bool withLog, TraceFile* trace);
+                bool withLog, OutputFile* trace);
 
     void called(const Call& call) override;
     void happens(const Happening& happening) override;
@@ -36,7 +36,7 @@ public:
 private:
     const std::function<Date()> now; ///< By the wall clock of the phone.
     std::ostream& out;
-    TraceFile* traceFile;
+    OutputFile* traceFile;
     NightSummary summary;
     MorningCheck morning;
     std::optional<TraceWriter> trace;

@@ -3,9 +3,9 @@
 #include "input/bad_input.h"
 #include "input/command_line.h"
 #include "night/chosen_scenario.h"
-#include "night/night_files.h"
 #include "night/story_process.h"
 #include "night/trace.h"
+#include "output/output_file.h"
 #include "phones/emulated/emulated_phone.h"
 #include "phones/emulated/process.h"
 
@@ -99,11 +99,11 @@ std::unique_ptr<EmulatedPhone> makePhone(const Options& options, const Scenario&
 
 int play(const Options& options) {
     const Scenario scenario = chosenScenario(options.scenario, options.overrides);
-    std::optional<TraceFile> traceFile;
+    std::optional<OutputFile> traceFile;
     if (options.trace)
-        traceFile.emplace(*options.trace, options.scenario
-                                              ? std::vector<fs::path>{*options.scenario}
-                                              : std::vector<fs::path>{});
+        traceFile.emplace("--trace", *options.trace,
+                          options.scenario ? std::vector<fs::path>{*options.scenario}
+                                           : std::vector<fs::path>{});
     const auto phone = makePhone(options, scenario);
     Process& process = phone->emulatedProcess();
     if (options.usage) {
@@ -114,7 +114,7 @@ int play(const Options& options) {
                        storyArguments(options.scenario, options.overrides, options.log), false);
     std::optional<TraceWriter> trace;
     if (traceFile)
-        phone->observe(trace.emplace(traceFile->begin()));
+        phone->observe(trace.emplace(traceFile->stream()));
     phone->observe(story);
     std::optional<PlaceOfLine> place;
     if (options.line)
@@ -122,7 +122,7 @@ int play(const Options& options) {
 
     const auto endedEarly = playNight(*phone);
     int exitCode = story.finish(phone->clock.wall(), endedEarly);
-    if (traceFile && !traceFile->finish()) {
+    if (traceFile && !traceFile->keep()) {
         std::cout << "\nSomething is wrong: the trace " << traceFile->path().string()
                   << " could not be written whole.\n";
         exitCode = foundWrong;

@@ -38,7 +38,7 @@ protected:
 
     std::string report(std::int32_t sensitivity = 5) const {
         std::ostringstream out;
-        detect(recording, {sensitivity}, out);
+        detect(recording, sensitivity, out);
         return out.str();
     }
 

@@ -8,6 +8,7 @@
 #include "night/night_files.h"
 #include "night/story_process.h"
 #include "night/trace.h"
+#include "output/output_file.h"
 #include "phones/stand_in/host/injected_library.h"
 #include "phones/stand_in/host/interruption.h"
 #include "phones/stand_in/host/phone_in_real_time.h"
@@ -104,11 +105,11 @@ std::optional<std::string> playNight(InjectedPhone& phone) {
 
 int play(const Options& options) {
     const Scenario scenario = chosenScenario(options.scenario, options.overrides);
-    std::optional<TraceFile> traceFile;
+    std::optional<OutputFile> traceFile;
     if (options.trace)
-        traceFile.emplace(*options.trace, options.scenario
-                                              ? std::vector<fs::path>{*options.scenario}
-                                              : std::vector<fs::path>{});
+        traceFile.emplace("--trace", *options.trace,
+                          options.scenario ? std::vector<fs::path>{*options.scenario}
+                                           : std::vector<fs::path>{});
     const fs::path filter =
         options.filter.value_or(fs::path(options.library).replace_extension(".plist"));
     const bool matches = injectedLibrary::matches(filter, scenario.phone.bundle);
@@ -131,7 +132,7 @@ int play(const Options& options) {
         makePhone(options, scenario, temporary ? temporary->path : *options.root);
     std::optional<TraceWriter> trace;
     if (traceFile)
-        phone.observe(trace.emplace(traceFile->begin()));
+        phone.observe(trace.emplace(traceFile->stream()));
     if (story)
         phone.observe(*story);
     springBoard::begin();
@@ -144,7 +145,7 @@ int play(const Options& options) {
 
     const auto endedEarly = playNight(phone);
     int exitCode = story->finish(phone.clock.wall(), endedEarly);
-    if (traceFile && !traceFile->finish()) {
+    if (traceFile && !traceFile->keep()) {
         std::cout << "\nSomething is wrong: the trace " << traceFile->path().string()
                   << " could not be written whole.\n";
         exitCode = foundWrong;

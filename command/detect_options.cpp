@@ -1,0 +1,32 @@
+#include "command/commands.h"
+#include "command/detect_command.h"
+#include "command/shared_options.h"
+
+#include <CLI/CLI.hpp>
+
+#include <iostream>
+#include <memory>
+
+namespace noctara {
+
+void addDetectCommand(CLI::App& app, Action& action) {
+    const auto options = std::make_shared<DetectOptions>();
+    auto& command = *app.add_subcommand(
+        "detect",
+        "Finds the Sensitivity that suits a phone, from a recording of its accelerometer");
+    command
+        .add_option("RECORDING", options->file,
+                    "CSV file with time, x, y and z, as written by a logger on a phone")
+        ->type_name("")
+        ->required();
+    command
+        .add_option("--sensitivity", options->sensitivity,
+                    "Sensitivity for the verdicts in the table of seconds")
+        ->capture_default_str();
+    addRecordingOptions(command, options->recording);
+    command.callback([&action, options] {
+        action = [options] { return detect(*options, std::cout, std::cerr); };
+    });
+}
+
+} // namespace noctara
