@@ -2,10 +2,10 @@
 #include "night/toml_reader.h"
 
 #include "input/bad_input.h"
+#include "input/nearest.h"
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
 #include <tuple>
 #include <utility>
 
@@ -21,42 +21,10 @@ std::string onOneLine(std::string_view text) {
     return line;
 }
 
-char lowerCase(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-/// The number of characters to insert, delete or replace to turn one word into the other.
-std::size_t editDistance(std::string_view from, std::string_view to) {
-    std::vector<std::size_t> row(to.size() + 1);
-    std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t i = 0; i < from.size(); ++i) {
-        std::size_t diagonal = std::exchange(row[0], i + 1);
-        for (std::size_t j = 0; j < to.size(); ++j) {
-            const bool same = lowerCase(from[i]) == lowerCase(to[j]);
-            const std::size_t replaced = diagonal + (same ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
-        }
-    }
-    return row.back();
-}
-
 /// The advice for an unknown word: the nearest choice, if one is near, and the list of all choices.
 std::string advice(std::string_view given, const Choices& choices) {
-    constexpr std::size_t longestWord = 40;
-    std::string_view nearest;
-    std::size_t least = 3;
-    if (given.size() <= longestWord) {
-        for (const auto choice : choices) {
-            const std::size_t distance = editDistance(given, choice);
-            if (distance < least && distance < choice.size()) {
-                least = distance;
-                nearest = choice;
-            }
-        }
-    }
-    std::string text = nearest.empty() ? "" : "did you mean " + inQuotes(nearest) + "? ";
-    return text + listed(choices);
+    const auto meant = nearest(given, choices);
+    return (meant ? "did you mean " + inQuotes(*meant) + "? " : "") + listed(choices);
 }
 
 std::string describeType(const toml::node& node) {

@@ -29,7 +29,8 @@ const std::vector<Rule> rules{
     {"input", {"platform"}},
     {"output", {"input"}},
     {"phones/model", {"platform", "input"}},
-    {"night", {"platform", "monitor", "input", "output", "phones/model"}},
+    {"settings", {"platform", "monitor", "input", "output", "phones/model"}},
+    {"night", {"platform", "monitor", "input", "output", "phones/model", "settings"}},
     {"recording", {"platform", "monitor", "input"}},
     {"phones/simulated", {"platform", "radios", "monitor", "host", "phones/model"}},
     {"phones/replay", {"platform", "host", "input", "phones/model", "night", "phones/simulated"}},
@@ -38,8 +39,8 @@ const std::vector<Rule> rules{
      {"platform", "input", "output", "phones/model", "night", "phones/springboard"}},
     {"phones/emulated", {"platform", "input", "output", "phones/model", "night"}},
     {"command",
-     {"platform", "radios", "monitor", "host", "input", "output", "phones/model", "night",
-      "recording", "phones/simulated", "phones/replay"}},
+     {"platform", "radios", "monitor", "host", "input", "output", "phones/model", "settings",
+      "night", "recording", "phones/simulated", "phones/replay"}},
 };
 
 const std::set<std::string> standardHeaders{
