@@ -38,8 +38,8 @@ void MorningCheck::called(const Call& call) {
     }
 }
 
-/// The effect of an event on the radios. A radio that is set by hand in the sleep state must stay
-/// so.
+/// The effect of an event on the radios. A radio that is set by hand while the phone is quiet must
+/// stay so.
 struct MorningCheck::ByHand {
     void operator()(const AirplaneModeSwitch& change) const {
         check.airplaneFlag = change.on;
@@ -112,8 +112,8 @@ void MorningCheck::compare(Date at) {
     const std::string when = timeText(zone, at);
     const auto compareSwitch = [&](const char* name, bool before, bool after) {
         if (before != after)
-            found.push_back(fmt::format("waking at {} left {} {}; it was {} before", when, name,
-                                        after ? "on" : "off", before ? "on" : "off"));
+            found.push_back(fmt::format("coming back at {} left {} {}; it was {} before", when,
+                                        name, after ? "on" : "off", before ? "on" : "off"));
     };
     compareSwitch("airplane mode", expected->airplane, now.airplane);
     compareSwitch("Wi-Fi", expected->wifi, now.wifi);
@@ -121,8 +121,8 @@ void MorningCheck::compare(Date at) {
     compareSwitch("cellular data", expected->cellularData, now.cellularData);
     compareSwitch("location services", expected->location, now.location);
     if (expected->maxRate != now.maxRate)
-        found.push_back(fmt::format("waking at {} left the data rate at {}; it was {} before", when,
-                                    wordOf(dataRateWords, now.maxRate),
+        found.push_back(fmt::format("coming back at {} left the data rate at {}; it was {} before",
+                                    when, wordOf(dataRateWords, now.maxRate),
                                     wordOf(dataRateWords, expected->maxRate)));
 }
 

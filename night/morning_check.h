@@ -1,4 +1,4 @@
-/// Checks that waking restores exactly the radios that were on.
+/// Checks that coming back restores exactly the radios that were on.
 #pragma once
 
 #include "monitor/decisions.h"
@@ -23,8 +23,8 @@ public:
     void happens(const Happening& happening);
     void decided(Date at, const Decision& decision);
 
-    /// One clause for each radio whose state after waking differs from the expected state. That is
-    /// the state before the sleep state, or the state that it was set to by hand during it.
+    /// One clause for each radio whose state after coming back differs from the expected state.
+    /// That is the state before the quiet state, or the state that it was set to by hand during it.
     const std::vector<std::string>& complaints() const { return found; }
 
 private:
@@ -35,7 +35,7 @@ private:
     const TimeZone zone;
     RadioSwitches radios;
     bool airplaneFlag = false;           ///< The value for the next `updateAirplaneMode`.
-    std::optional<RadioStates> expected; ///< Absent while not in the sleep state.
+    std::optional<RadioStates> expected; ///< Absent while the phone is not quiet.
     std::vector<std::string> found;
 };
 

@@ -1,4 +1,4 @@
-/// The report of a night: its story, its figures, the check of the radios after waking and,
+/// The report of a night: its story, its figures, the check of the radios after coming back and,
 /// optionally, the trace.
 #pragma once
 

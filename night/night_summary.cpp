@@ -19,6 +19,16 @@ std::string duration(double seconds) {
     return fmt::format("{} s", whole);
 }
 
+/// The monitor replaces its wake-up in every cycle, so that it is always 15 minutes ahead.
+std::string wakeUpsInWords(int scheduled, int fired) {
+    if (scheduled == 0)
+        return "none scheduled";
+    const std::string woke = fired == 0   ? "never woke the phone"
+                             : fired == 1 ? "woke the phone once"
+                                          : fmt::format("woke the phone {} times", fired);
+    return fmt::format("one kept 15 minutes ahead (renewed {} times); it {}", scheduled, woke);
+}
+
 } // namespace
 
 NightSummary::NightSummary(const Scenario& scenario) :
@@ -86,16 +96,16 @@ void NightSummary::decided(Date at, const Decision& decision) {
 
 void NightSummary::print(std::ostream& out, Date end) const {
     const double now = elapsed.at(end);
-    const double asleep = secondsInSleepState + (inSleepState ? now - sleepStateBegan : 0);
+    const double quiet = secondsInSleepState + (inSleepState ? now - sleepStateBegan : 0);
     const auto line = [&](const char* name, const std::string& value) {
         out << fmt::format("  {:<22}{}\n", name, value);
     };
     out << "\nSummary of " << duration(now - started) << "\n";
-    line("in the sleep state", duration(asleep) + (inSleepState ? ", and still in it" : ""));
+    line("quiet", duration(quiet) + (inSleepState ? ", and still quiet" : ""));
     line("transitions", fmt::format("{}", transitions));
     line("readings",
          fmt::format("{}, accelerometer on for {}", readings, duration(accelerometerSeconds)));
-    line("wake-ups", fmt::format("{} scheduled, {} fired", wakesScheduled, wakesFired));
+    line("wake-ups", wakeUpsInWords(wakesScheduled, wakesFired));
     line("idle sleeps", fmt::format("{} refused, {} allowed, {} in all", idleSleepsRefused,
                                     idleSleepsAllowed, duration(secondsOfSystemSleep)));
     line("applications",

@@ -54,7 +54,7 @@ std::string settingsInWords(const Settings& settings) {
         if (off.empty())
             off.push_back("no radio touched");
     }
-    parts.push_back(fmt::format("asleep: {}", fmt::join(off, ", ")));
+    parts.push_back(fmt::format("when quiet: {}", fmt::join(off, ", ")));
     return fmt::format("Settings: {}.", fmt::join(parts, "; "));
 }
 
@@ -148,8 +148,9 @@ void Story::called(const Call& call) {
             break;
         finishNaps();
         if (!toldOfRefusal)
-            tell(call.at, "The phone asks to sleep: refused, also when it asks again, while a "
-                          "countdown counts as under way.");
+            tell(call.at,
+                 "The phone asks for idle sleep: refused, also when it asks again, while a "
+                 "countdown counts as under way.");
         toldOfRefusal = true;
         askedToSleep = false;
         break;
@@ -255,7 +256,7 @@ void Story::tellReading(Date at, const ReadingCounted& counted) {
     if (inARow > 0)
         tell(at, fmt::format("Reading {} of 3: {}.", inARow, readingInWords(*reading)));
     else if (counted.inSleepState)
-        tell(at, fmt::format("A reading: lying screen {} again. It goes on sleeping.",
+        tell(at, fmt::format("A reading: lying screen {} again. It stays quiet.",
                              reading->screenDown ? "down" : "up"));
     else
         tell(at, "A reading: not lying any more. The countdown is dropped.");
@@ -270,8 +271,8 @@ void Story::followSound(const Call& call) {
     const auto sound = std::get<std::int64_t>(call.arguments[0]);
     deeds.push_back(sound == vibrationSound      ? "vibrates"
                     : sound == 0                 ? "has no sound to play"
-                    : sound == airplaneModeSound ? "plays the airplane-mode sound"
-                                                 : "plays the off sound");
+                    : sound == airplaneModeSound ? "plays the warning sound"
+                                                 : "plays the return sound");
 }
 
 void Story::followSwitch(const Call& call) {
@@ -299,7 +300,7 @@ void Story::tellSwitch(Date at, bool inSleepState) {
     if (deeds.empty())
         deeds.push_back("finds nothing to switch");
     tell(at, fmt::format("It {}.", fmt::join(deeds, ", ")));
-    tell(at, inSleepState ? "The phone is in the sleep state." : "The phone is awake again.");
+    tell(at, inSleepState ? "The phone is quiet." : "The phone is back.");
     deeds.clear();
     switching = false;
     inARow = 0;
@@ -336,7 +337,8 @@ void Story::followPowerMessage(Date at, std::uint32_t type) {
     } else if (type == kIOMessageSystemHasPoweredOn && napping) {
         const bool byWakeUp = !wakeUps.takeDue(at).empty();
         if (naps.empty()) {
-            tell(at, byWakeUp ? "The scheduled wake-up wakes the phone." : "The phone wakes up.");
+            tell(at,
+                 byWakeUp ? "The scheduled wake-up ends the idle sleep." : "The idle sleep ends.");
         } else {
             naps.back().ended = at;
             naps.back().byWakeUp = byWakeUp;
@@ -352,8 +354,9 @@ void Story::finishNaps() {
     std::size_t byWakeUp = 0;
     for (const auto& nap : naps)
         byWakeUp += nap.byWakeUp;
-    std::string line = naps.size() == 1 ? std::string("The phone falls asleep")
-                                        : fmt::format("The phone sleeps {} times", naps.size());
+    std::string line = naps.size() == 1
+                           ? std::string("The phone goes into idle sleep")
+                           : fmt::format("The phone goes into idle sleep {} times", naps.size());
     if (!napping)
         line += fmt::format(", until {}", timeText(zone, naps.back().ended));
     if (byWakeUp == 1)

@@ -1,7 +1,7 @@
 Saturday, 1 March 2014
 
 22:30:00  SpringBoard has launched; the monitor starts.
-          Settings: a reading every 5 s; lying screen down (sensitivity 5); asleep: airplane mode.
+          Settings: a reading every 5 s; lying screen down (sensitivity 5); when quiet: airplane mode.
 23:00:00  By hand: airplane mode off.
           Airplane mode was changed by hand: monitoring is suspended.
 23:20:00  By hand: airplane mode on.
@@ -13,17 +13,17 @@ Sunday, 2 March 2014
 06:50:01  Reading 1 of 3: not lying screen down (143.1° off, 1.00 g).
 06:50:03  Reading 2 of 3: not lying screen down (143.1° off, 1.00 g).
 06:50:05  Reading 3 of 3: not lying screen down (143.1° off, 1.00 g).
-          It plays the off sound, vibrates, switches airplane mode off.
-          The phone is awake again.
+          It plays the return sound, vibrates, switches airplane mode off.
+          The phone is back.
 07:10:00  By hand: airplane mode on.
 07:10:04  Airplane mode was changed by hand: monitoring is suspended.
 07:40:00  By hand: airplane mode off.
 07:40:04  Airplane mode is as the monitor left it: monitoring resumes.
 
 Summary of 9 h 30 min
-  in the sleep state    8 h 20 min
+  quiet                 8 h 20 min
   transitions           1
   readings              5201, accelerometer on for 1 h 26 min
-  wake-ups              5622 scheduled, 0 fired
+  wake-ups              one kept 15 minutes ahead (renewed 5622 times); it never woke the phone
   idle sleeps           0 refused, 0 allowed, 0 s in all
   applications          0 launched, 0 quit

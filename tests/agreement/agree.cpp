@@ -83,7 +83,7 @@ private:
     void report() const {
         std::cout << played - disagreed << " of " << played << " random scenarios agree (seeds "
                   << firstSeed << " to " << firstSeed + count - 1 << "): " << lines
-                  << " lines compared, " << sleepStates << " times into the sleep state\n";
+                  << " lines compared, " << sleepStates << " times quiet\n";
         if (played < count)
             std::cout << "The other " << count - played << " were not played: the first "
                       << "disagreements tell enough.\n";

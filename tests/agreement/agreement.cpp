@@ -27,7 +27,7 @@ const std::string mostSeconds = "300";
 /// All phones have to make all calls in the same order, across both threads.
 constexpr TraceOrder comparedOrder = TraceOrder::whole;
 
-const std::string sleepStateSentence = "The phone is in the sleep state.";
+const std::string sleepStateSentence = "The phone is quiet.";
 
 /// The path of the scenario with another extension.
 fs::path beside(const fs::path& scenario, const std::string& ending) {

@@ -31,14 +31,14 @@ std::string refusalOf(const std::string& arguments) {
 TEST(TheCommand, plays_the_typical_night_and_exits_with_0) {
     const Played outcome = run("night");
     EXPECT_EQ(outcome.exitCode, 0);
-    EXPECT_THAT(outcome.output, HasSubstr("The phone is in the sleep state."));
+    EXPECT_THAT(outcome.output, HasSubstr("The phone is quiet."));
 }
 
-TEST(TheCommand, exits_with_1_when_waking_left_a_radio_off) {
+TEST(TheCommand, exits_with_1_when_coming_back_left_a_radio_off) {
     const Played outcome = run("night scenarios/held-during-a-call.toml");
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_THAT(outcome.output,
-                EndsWith("Something is wrong: waking at 06:50:05 left the data rate "
+                EndsWith("Something is wrong: coming back at 06:50:05 left the data rate "
                          "at 2G; it was 4G before.\n"));
 }
 

@@ -128,7 +128,7 @@ TEST(ANightOnTheCommandLine, takes_the_accelerometer_from_a_recording_from_an_in
     options.overrides.end = "23:15";
     const std::string story = play(options).story;
     EXPECT_THAT(story, testing::HasSubstr("23:00:01  Reading 1 of 3: lying screen down"));
-    EXPECT_THAT(story, testing::HasSubstr("The phone is in the sleep state."));
+    EXPECT_THAT(story, testing::HasSubstr("The phone is quiet."));
 }
 
 TEST(ANightOnTheCommandLine, keeps_real_files_below_the_root) {

@@ -132,7 +132,7 @@ TEST_F(AStandInPhone, that_is_killed_in_the_night_finds_its_settings_when_it_sta
 
     const Played again = springBoard(night + root + " --trace " + file("again.jsonl"));
     EXPECT_EQ(again.exitCode, 0) << again.output;
-    EXPECT_THAT(again.output, HasSubstr("The phone is awake again."));
+    EXPECT_THAT(again.output, HasSubstr("The phone is back."));
 }
 
 TEST_F(AStandInPhone, loads_the_library_only_where_the_filter_lets_it) {
