@@ -12,6 +12,8 @@ namespace noctara {
 /// The settings page offers a Sensitivity from 0 to this one.
 inline constexpr std::int32_t highestSensitivity = 9;
 
+inline constexpr std::int32_t defaultSensitivity = 5;
+
 /// One value for each Sensitivity from 0.
 using BySensitivity = std::array<double, highestSensitivity + 1>;
 

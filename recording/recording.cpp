@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstddef>
 #include <iterator>
+#include <utility>
 
 namespace noctara {
 
@@ -12,6 +13,13 @@ double Recording::duration() const {
         return 1.0;
     const auto count = static_cast<double>(samples.size());
     return samples.back().seconds * count / (count - 1);
+}
+
+double Recording::medianStep() const {
+    std::vector<double> steps;
+    for (std::size_t i = 1; i < samples.size(); ++i)
+        steps.push_back(samples[i].seconds - samples[i - 1].seconds);
+    return steps.empty() ? 0 : median(std::move(steps));
 }
 
 const Acceleration& Recording::at(double seconds) const {

@@ -29,6 +29,9 @@ struct Recording {
     /// second.
     double duration() const;
 
+    /// The median of the steps between the samples, in seconds. 0 for a single sample.
+    double medianStep() const;
+
     /// The latest sample at or before `seconds`, which must be 0 or more. The recording repeats
     /// when it ends. There must be a sample.
     const Acceleration& at(double seconds) const;
