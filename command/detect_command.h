@@ -17,8 +17,8 @@ struct DetectOptions {
     std::int32_t sensitivity = 5;
 };
 
-/// Prints the assumptions about the file, the verdict for each second at a Sensitivity, the share of
-/// readings that pass at each Sensitivity, and the suitable Sensitivity. There must be a sample.
+/// Prints the assumptions about the file, the verdict for each second at a Sensitivity, the share
+/// of readings that pass at each Sensitivity, and the suitable Sensitivity. There must be a sample.
 void detect(const Recording& recording, std::int32_t sensitivity, std::ostream& out);
 
 /// Reads a recording and prints that. Returns the exit code of the command. Throws BadInput if the

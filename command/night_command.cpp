@@ -1,5 +1,6 @@
 #include "command/night_command.h"
 
+#include "command/night_player.h"
 #include "host/host.h"
 #include "input/bad_input.h"
 #include "night/chosen_scenario.h"
@@ -58,49 +59,43 @@ std::unique_ptr<FileStore> fileStore(const NightOptions& options) {
     return store;
 }
 
+NightInput nightInput(const NightOptions& options, std::ostream& complaints) {
+    NightInput input{chosenScenario(options.scenario, options.overrides), std::nullopt, {}};
+    Scenario& scenario = input.scenario;
+    if (options.settings)
+        scenario.settings = readSettings(*options.settings);
+    input.motionBegins = scenario.start;
+    if (options.motion) {
+        input.motion = readRecording(*options.motion, options.recording, complaints);
+        if (options.motionAt)
+            input.motionBegins = motionBegin(*options.motionAt, scenario);
+    }
+    return input;
+}
+
 } // namespace
 
 int playNight(const NightOptions& options, std::ostream& out, std::ostream& complaints) {
-    Scenario scenario = chosenScenario(options.scenario, options.overrides);
-    if (options.settings)
-        scenario.settings = readSettings(*options.settings);
-    std::optional<Recording> motion;
-    Date motionBegins = scenario.start;
-    if (options.motion) {
-        motion = readRecording(*options.motion, options.recording, complaints);
-        if (options.motionAt)
-            motionBegins = motionBegin(*options.motionAt, scenario);
-    }
+    const NightInput input = nightInput(options, complaints);
     std::optional<OutputFile> trace;
     if (options.trace)
         trace.emplace("--trace", *options.trace, inputsOf(options));
     if (options.root)
         prepareRoot(*options.root);
 
-    SimulatedPhone phone(scenario, fileStore(options));
-    if (motion)
-        phone.motion.source = [&]() -> std::optional<Acceleration> {
-            const double since = phone.clock.monotonic - motionBegins.secondsSince1970;
-            return since < 0 ? phone.motion.posedSample() : motion->at(since);
-        };
+    auto phone = makePhone(input, fileStore(options));
     NightReport report(
-        scenario, [&] { return phone.now(); }, out, options.log, trace ? &*trace : nullptr);
-    phone.observe(report);
+        input.scenario, [&] { return phone->now(); }, out, options.log, trace ? &*trace : nullptr);
+    phone->observe(report);
     monitorObserver = &report;
-    if (motion)
-        report.story.tellOfRecording(options.motion->filename().string(), motionBegins,
-                                     motion->remarks);
-
-    std::optional<std::string> wrong;
-    try {
-        phone.launch();
-        if (!NoctaraInstance)
-            report.story.tellOfInertness();
-        phone.playToTheEnd();
-    } catch (const std::exception& error) {
-        wrong = std::string("the night ended early: ") + error.what();
-    }
-    return report.finish(wrong);
+    if (input.motion)
+        report.story.tellOfRecording(options.motion->filename().string(), input.motionBegins,
+                                     input.motion->remarks);
+    if (input.scenario.phone.bundle != springBoardBundle)
+        report.story.tellOfInertness();
+    report.endNight(playNight(*phone));
+    phone.reset();
+    return report.finish(retryOf(input));
 }
 
 } // namespace noctara

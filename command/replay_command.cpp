@@ -1,5 +1,6 @@
 #include "command/replay_command.h"
 
+#include "command/night_player.h"
 #include "host/host.h"
 #include "input/bad_input.h"
 #include "night/chosen_scenario.h"
@@ -23,6 +24,13 @@ Scenario scenarioOf(const ReplayOptions& options, TraceReader& reader) {
     return scenario;
 }
 
+/// Whether the simulated phone plays the same night. It does not if the trace is of a night with a
+/// recording, or of another scenario.
+bool isSameNight(const NightFindings& traced, const Retry& retry) {
+    const auto played = retry({});
+    return played && played->figures == traced.figures;
+}
+
 } // namespace
 
 int replay(const ReplayOptions& options, std::ostream& out) {
@@ -37,25 +45,30 @@ int replay(const ReplayOptions& options, std::ostream& out) {
     TraceReader reader(fromStandardInput ? std::cin : file, name);
     const Scenario scenario = scenarioOf(options, reader);
 
-    ReplayedPhone phone(scenario, reader);
+    std::optional<ReplayedPhone> phone(std::in_place, scenario, reader);
     NightReport report(
-        scenario, [&] { return phone.now(); }, out, options.log, nullptr);
-    phone.observe(report);
+        scenario, [&] { return phone->now(); }, out, options.log, nullptr);
+    phone->observe(report);
     monitorObserver = &report;
-    if (scenario.phone.bundle != "com.apple.springboard")
+    if (scenario.phone.bundle != springBoardBundle)
         report.story.tellOfInertness();
     std::optional<std::string> wrong;
     try {
-        if (const auto endedEarly = phone.play())
+        if (const auto endedEarly = phone->play())
             wrong = "the night ended early: " + *endedEarly;
     } catch (const TraceAndRulesPart& parted) {
         // In real time the monitor may read a setting while it changes, and no line tells when.
-        if (!phone.isInRealTime())
+        if (!phone->isInRealTime())
             wrong = parted.what();
         else
             out << "\nThe story ends early: " << parted.what() << ".\n";
     }
-    return report.finish(wrong);
+    report.endNight(wrong);
+    phone.reset();
+    const NightInput input{scenario, std::nullopt, {}};
+    const Retry retry = retryOf(input);
+    return report.finish(options.scenario && isSameNight(report.nightFindings(), retry) ? retry
+                                                                                        : Retry());
 }
 
 } // namespace noctara

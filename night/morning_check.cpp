@@ -110,19 +110,19 @@ void MorningCheck::decided(Date at, const Decision& decision) {
 void MorningCheck::compare(Date at) {
     const auto now = radios.states();
     const std::string when = timeText(zone, at);
-    const auto compareSwitch = [&](const char* name, bool before, bool after) {
+    const auto compareSwitch = [&](const char* radio, bool before, bool after) {
         if (before != after)
-            found.push_back(fmt::format("coming back at {} left {} {}; it was {} before", when,
-                                        name, after ? "on" : "off", before ? "on" : "off"));
+            found.push_back(fmt::format("{} {} since {}, and was {} before", radio,
+                                        after ? "on" : "off", when, before ? "on" : "off"));
     };
-    compareSwitch("airplane mode", expected->airplane, now.airplane);
-    compareSwitch("Wi-Fi", expected->wifi, now.wifi);
-    compareSwitch("Bluetooth", expected->bluetooth, now.bluetooth);
-    compareSwitch("cellular data", expected->cellularData, now.cellularData);
-    compareSwitch("location services", expected->location, now.location);
+    compareSwitch("airplane mode is", expected->airplane, now.airplane);
+    compareSwitch("Wi-Fi is", expected->wifi, now.wifi);
+    compareSwitch("Bluetooth is", expected->bluetooth, now.bluetooth);
+    compareSwitch("cellular data is", expected->cellularData, now.cellularData);
+    compareSwitch("the switch of location services is", expected->location, now.location);
     if (expected->maxRate != now.maxRate)
-        found.push_back(fmt::format("coming back at {} left the data rate at {}; it was {} before",
-                                    when, wordOf(dataRateWords, now.maxRate),
+        found.push_back(fmt::format("the data rate is {} since {}, and was {} before",
+                                    wordOf(dataRateWords, now.maxRate), when,
                                     wordOf(dataRateWords, expected->maxRate)));
 }
 

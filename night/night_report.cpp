@@ -8,11 +8,11 @@ namespace noctara {
 NightReport::NightReport(const Scenario& scenario, std::function<Date()> wallClock,
                          std::ostream& text, bool withLog, OutputFile* file) :
     story(scenario, text, withLog),
+    night(scenario),
     now(std::move(wallClock)),
     out(text),
     traceFile(file),
-    summary(scenario),
-    morning(scenario) {
+    findings(scenario, now) {
     if (traceFile)
         trace.emplace(traceFile->stream());
 }
@@ -21,39 +21,35 @@ void NightReport::called(const Call& call) {
     if (trace)
         trace->called(call);
     story.called(call);
-    summary.called(call);
-    morning.called(call);
+    findings.called(call);
 }
 
 void NightReport::happens(const Happening& happening) {
     if (trace)
         trace->happens(happening);
     story.happens(happening);
-    summary.happens(happening);
-    morning.happens(happening);
+    findings.happens(happening);
 }
 
 void NightReport::decided(const Decision& decision) {
-    const Date at = now();
-    story.decided(at, decision);
-    summary.decided(at, decision);
-    morning.decided(at, decision);
+    story.decided(now(), decision);
+    findings.decided(decision);
 }
 
-int NightReport::finish(const std::optional<std::string>& wrong) {
+void NightReport::endNight(const std::optional<std::string>& wrong) {
     story.finish();
-    summary.print(out, now());
-
-    std::vector<std::string> found;
+    findings.finish();
     if (wrong)
-        found.push_back(*wrong);
-    found.insert(found.end(), morning.complaints().begin(), morning.complaints().end());
+        faults.push_back(*wrong);
     if (traceFile && !traceFile->keep())
-        found.push_back(
+        faults.push_back(
             fmt::format("the trace {} could not be written whole", traceFile->path().string()));
-    for (const auto& clause : found)
-        out << "\nSomething is wrong: " << clause << ".\n";
-    return found.empty() ? 0 : 1;
+}
+
+int NightReport::finish(const Retry& retry) {
+    const Verdict verdict = verdictOn(night, findings, retry);
+    printSummary({verdict, findings.figures, faults}, night.timezone, out);
+    return faults.empty() && verdict.kind != Verdict::Kind::notBack ? 0 : 1;
 }
 
 } // namespace noctara

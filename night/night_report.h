@@ -3,7 +3,7 @@
 #pragma once
 
 #include "monitor/decisions.h"
-#include "night/morning_check.h"
+#include "night/night_findings.h"
 #include "night/night_summary.h"
 #include "night/story.h"
 #include "night/trace.h"
@@ -13,13 +13,14 @@
 #include <optional>
 #include <ostream>
 #include <string>
+#include <vector>
 
 namespace noctara {
 
 class NightReport final : public PhoneObserver, public MonitorObserver {
 public:
-    /// `wallClock` tells the time on the phone. The stream and the trace file, if there is one,
-    /// must outlive the report.
+    /// `wallClock` tells the time on the phone until `endNight`. The stream and the trace file, if
+    /// there is one, must outlive the report. Without a story only the summary is printed.
     NightReport(const Scenario& scenario, std::function<Date()> wallClock, std::ostream& out,
                 bool withLog, OutputFile* trace);
 
@@ -27,19 +28,26 @@ public:
     void happens(const Happening& happening) override;
     void decided(const Decision& decision) override;
 
-    /// Ends the report. `wrong` is a clause about an error during the night, if there was one.
-    /// Returns the exit code of a command: 0, or 1 if something was found wrong.
-    int finish(const std::optional<std::string>& wrong);
+    /// Ends the night. `wrong` is a clause about an error during the night, if there was one.
+    void endNight(const std::optional<std::string>& wrong);
+
+    /// Prints the summary. Advice is given only if there is a `retry`, which must not be called
+    /// while the phone of this night exists. Returns the exit code of a command: 0, or 1 if
+    /// something was found wrong.
+    int finish(const Retry& retry);
+
+    const NightFindings& nightFindings() const { return findings; }
 
     Story story;
 
 private:
+    const Scenario night;
     const std::function<Date()> now; ///< By the wall clock of the phone.
     std::ostream& out;
     OutputFile* traceFile;
-    NightSummary summary;
-    MorningCheck morning;
+    NightFindings findings;
     std::optional<TraceWriter> trace;
+    std::vector<std::string> faults;
 };
 
 } // namespace noctara

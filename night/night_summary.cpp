@@ -1,22 +1,48 @@
 #include "night/night_summary.h"
 
-#include "platform/system_power.h"
+#include "night/local_clock_text.h"
 
-#include <algorithm>
-#include <cmath>
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 namespace noctara {
 
 namespace {
 
-std::string duration(double seconds) {
-    const auto whole = std::llround(seconds);
-    if (whole >= 3600)
-        return fmt::format("{} h {:02} min", whole / 3600, whole / 60 % 60);
-    if (whole >= 60)
-        return fmt::format("{} min {:02} s", whole / 60, whole % 60);
-    return fmt::format("{} s", whole);
+using Json = nlohmann::ordered_json;
+
+Json instant(const std::optional<Date>& date) {
+    return date ? Json(date->secondsSince1970) : Json();
+}
+
+Json settingsAsJson(const Dictionary& settings) {
+    Json object = Json::object();
+    for (const auto& [key, value] : settings) {
+        if (const auto* on = value.as<bool>())
+            object[key] = *on;
+        else
+            object[key] = *value.as<std::int64_t>();
+    }
+    return object;
+}
+
+Json reasonsAsJson(const Verdict& verdict) {
+    Json reasons = Json::array();
+    for (const auto& [obstacle, seconds] : verdict.hindrances)
+        reasons.push_back({{"reason", nameOf(obstacle)}, {"seconds", seconds}});
+    return reasons;
+}
+
+Json adviceAsJson(const AdviceSearch& search) {
+    Json object{{"tried", search.tried}};
+    if (!search.found)
+        return object;
+    object["settings"] = settingsAsJson(search.found->settings);
+    object["quiet"] = search.found->figures.quiet;
+    object["firstQuiet"] = instant(search.found->figures.firstQuiet);
+    object["lastBack"] = instant(search.found->figures.lastBack);
+    object["everythingBack"] = search.found->everythingBack;
+    return object;
 }
 
 /// The monitor replaces its wake-up in every cycle, so that it is always 15 minutes ahead.
@@ -29,87 +55,62 @@ std::string wakeUpsInWords(int scheduled, int fired) {
     return fmt::format("one kept 15 minutes ahead (renewed {} times); it {}", scheduled, woke);
 }
 
+std::string quietInWords(const NightFigures& figures, const TimeZone& zone) {
+    if (!figures.firstQuiet)
+        return "never";
+    std::string text = durationText(figures.quiet);
+    if (figures.timesQuiet > 1)
+        text += fmt::format(" in {} stretches", figures.timesQuiet);
+    text += ", from " + timeText(zone, *figures.firstQuiet);
+    return text + (figures.stillQuiet ? " to the end" : " to " + timeText(zone, *figures.lastBack));
+}
+
 } // namespace
 
-NightSummary::NightSummary(const Scenario& scenario) :
-    started(scenario.start.secondsSince1970), wakeUps(scenario), sleepStateBegan(started) {}
-
-void NightSummary::called(const Call& call) {
-    wakeUps.called(call);
-    switch (call.operation) {
-    case Operation::startAccelerometerUpdates:
-        accelerometerStarted = elapsed.at(call.at);
-        break;
-    case Operation::stopAccelerometerUpdates:
-        accelerometerSeconds += elapsed.at(call.at) - accelerometerStarted;
-        break;
-    case Operation::CPScheduleWakeAtDateWithIdentifier:
-        ++wakesScheduled;
-        break;
-    case Operation::IOCancelPowerChange:
-        ++idleSleepsRefused;
-        break;
-    case Operation::launch:
-    case Operation::activate:
-        ++applicationsLaunched;
-        break;
-    case Operation::kill:
-        ++applicationsQuit;
-        break;
-    default:
-        break;
-    }
-}
-
-void NightSummary::happens(const Happening& happening) {
-    elapsed.happens(happening);
-    const auto* message = std::get_if<PowerMessage>(&happening.event);
-    if (!message)
-        return;
-    if (message->type == kIOMessageSystemWillSleep) {
-        ++idleSleepsAllowed;
-        systemSleepBegan = elapsed.at(happening.at);
-        wakeUps.takeDue(happening.at);
-    } else if (message->type == kIOMessageSystemHasPoweredOn) {
-        secondsOfSystemSleep += elapsed.at(happening.at) - systemSleepBegan;
-        const auto due = wakeUps.takeDue(happening.at);
-        if (std::any_of(due.begin(), due.end(),
-                        [](const auto& wake) { return wake.scheduledBy == "com.quorbit.Noctara"; }))
-            ++wakesFired;
-    }
-}
-
-void NightSummary::decided(Date at, const Decision& decision) {
-    if (std::holds_alternative<Reading>(decision)) {
-        ++readings;
-    } else if (const auto* begins = std::get_if<MonitoringBegins>(&decision)) {
-        inSleepState = begins->inSleepState;
-        sleepStateBegan = elapsed.at(at);
-    } else if (const auto* changed = std::get_if<StateChanged>(&decision)) {
-        ++transitions;
-        if (inSleepState)
-            secondsInSleepState += elapsed.at(at) - sleepStateBegan;
-        inSleepState = changed->inSleepState;
-        sleepStateBegan = elapsed.at(at);
-    }
-}
-
-void NightSummary::print(std::ostream& out, Date end) const {
-    const double now = elapsed.at(end);
-    const double quiet = secondsInSleepState + (inSleepState ? now - sleepStateBegan : 0);
+void printSummary(const NightSummary& summary, const std::string& timezone, std::ostream& out) {
+    const NightFigures& figures = summary.figures;
     const auto line = [&](const char* name, const std::string& value) {
         out << fmt::format("  {:<22}{}\n", name, value);
     };
-    out << "\nSummary of " << duration(now - started) << "\n";
-    line("quiet", duration(quiet) + (inSleepState ? ", and still quiet" : ""));
-    line("transitions", fmt::format("{}", transitions));
-    line("readings",
-         fmt::format("{}, accelerometer on for {}", readings, duration(accelerometerSeconds)));
-    line("wake-ups", wakeUpsInWords(wakesScheduled, wakesFired));
-    line("idle sleeps", fmt::format("{} refused, {} allowed, {} in all", idleSleepsRefused,
-                                    idleSleepsAllowed, duration(secondsOfSystemSleep)));
-    line("applications",
-         fmt::format("{} launched, {} quit", applicationsLaunched, applicationsQuit));
+    out << '\n'
+        << summary.verdict.text << "\n\nFigures of " << durationText(figures.duration) << '\n';
+    line("quiet", quietInWords(figures, TimeZone(timezone)));
+    line("readings", fmt::format("{}, accelerometer on for {}", figures.readings,
+                                 durationText(figures.accelerometerOn)));
+    line("wake-ups", wakeUpsInWords(figures.wakesScheduled, figures.wakesFired));
+    line("idle sleeps", fmt::format("{} refused, {} allowed, {} in all", figures.idleSleepsRefused,
+                                    figures.idleSleepsAllowed, durationText(figures.idleSleep)));
+    line("applications", fmt::format("{} launched, {} quit", figures.applicationsLaunched,
+                                     figures.applicationsQuit));
+    for (const auto& clause : summary.faults)
+        out << "\nSomething is wrong: " << clause << ".\n";
+}
+
+Json toJson(const NightSummary& summary) {
+    const auto& [verdict, figures, faults] = summary;
+    Json object{{"verdict", nameOf(verdict.kind)},
+                {"text", verdict.text},
+                {"reason", verdict.reason ? Json(nameOf(*verdict.reason)) : Json()},
+                {"reasons", reasonsAsJson(verdict)},
+                {"advice", adviceAsJson(verdict.advice)},
+                {"faults", faults}};
+    object["duration"] = figures.duration;
+    object["quiet"] = figures.quiet;
+    object["stillQuiet"] = figures.stillQuiet;
+    object["firstQuiet"] = instant(figures.firstQuiet);
+    object["lastBack"] = instant(figures.lastBack);
+    object["timesQuiet"] = figures.timesQuiet;
+    object["timesBack"] = figures.timesBack;
+    object["readings"] = figures.readings;
+    object["accelerometerOn"] = figures.accelerometerOn;
+    object["wakeUpsScheduled"] = figures.wakesScheduled;
+    object["wakeUpsFired"] = figures.wakesFired;
+    object["idleSleepsRefused"] = figures.idleSleepsRefused;
+    object["idleSleepsAllowed"] = figures.idleSleepsAllowed;
+    object["idleSleep"] = figures.idleSleep;
+    object["applicationsLaunched"] = figures.applicationsLaunched;
+    object["applicationsQuit"] = figures.applicationsQuit;
+    return object;
 }
 
 } // namespace noctara

@@ -1,48 +1,29 @@
-/// The figures of a night.
+/// The summary of a night: the verdict, then the figures.
 #pragma once
 
-#include "monitor/decisions.h"
-#include "night/elapsed_time.h"
-#include "night/wake_ups.h"
-#include "phones/model/phone_observer.h"
-#include "phones/model/scenario.h"
+#include "night/night_figures.h"
+#include "night/verdict.h"
+
+#include <nlohmann/json_fwd.hpp>
 
 #include <ostream>
+#include <string>
+#include <vector>
 
 namespace noctara {
 
-class NightSummary {
-public:
-    explicit NightSummary(const Scenario& scenario);
+struct NightSummary {
+    Verdict verdict;
+    NightFigures figures;
 
-    void called(const Call& call);
-    void happens(const Happening& happening);
-    void decided(Date at, const Decision& decision);
-
-    /// Prints the figures of the night, which ends at `end` on the wall clock.
-    void print(std::ostream& out, Date end) const;
-
-private:
-    const double started; ///< On the monotonic clock, as all times here.
-    ElapsedTime elapsed;
-    WakeUps wakeUps;
-
-    int transitions = 0;
-    int readings = 0;
-    int wakesScheduled = 0;
-    int wakesFired = 0; ///< Only wake-ups of the monitor that woke the phone.
-    int idleSleepsRefused = 0;
-    int idleSleepsAllowed = 0;
-    int applicationsLaunched = 0; ///< Or brought to the front.
-    int applicationsQuit = 0;
-
-    bool inSleepState = false;
-    double sleepStateBegan;
-    double secondsInSleepState = 0;
-    double accelerometerStarted = 0;
-    double accelerometerSeconds = 0;
-    double systemSleepBegan = 0;
-    double secondsOfSystemSleep = 0;
+    /// What went wrong while the night was played. One clause each.
+    std::vector<std::string> faults;
 };
+
+/// Local times are in the time zone of this IANA name.
+void printSummary(const NightSummary& summary, const std::string& timezone, std::ostream& out);
+
+/// Durations are in seconds, instants in seconds since 1970. A missing instant is null.
+nlohmann::ordered_json toJson(const NightSummary& summary);
 
 } // namespace noctara

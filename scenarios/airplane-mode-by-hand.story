@@ -20,9 +20,10 @@ Sunday, 2 March 2014
 07:40:00  By hand: airplane mode off.
 07:40:04  Airplane mode is as the monitor left it: monitoring resumes.
 
-Summary of 9 h 30 min
-  quiet                 8 h 20 min
-  transitions           1
+Quiet for 8 h 20 min, everything came back.
+
+Figures of 9 h 30 min
+  quiet                 8 h 20 min, from 22:30:00 to 06:50:05
   readings              5201, accelerometer on for 1 h 26 min
   wake-ups              one kept 15 minutes ahead (renewed 5622 times); it never woke the phone
   idle sleeps           0 refused, 0 allowed, 0 s in all

@@ -28,9 +28,10 @@ Sunday, 2 March 2014
           The idle sleep ends.
 07:31:00  The phone goes into idle sleep 2 times, woken once by a scheduled wake-up.
 
-Summary of 9 h 30 min
-  quiet                 7 h 30 min
-  transitions           2
+Quiet for 7 h 30 min, everything came back.
+
+Figures of 9 h 30 min
+  quiet                 7 h 30 min, from 23:30:05 to 07:01:00
   readings              374, accelerometer on for 6 min 14 s
   wake-ups              one kept 15 minutes ahead (renewed 374 times); it woke the phone 33 times
   idle sleeps           0 refused, 37 allowed, 8 h 39 min in all

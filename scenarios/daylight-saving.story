@@ -22,9 +22,10 @@ Sunday, 30 March 2014
           The phone is back.
 07:30:15  No readings: it is not between 22:00 and 7:00.
 
-Summary of 9 h 30 min
-  quiet                 8 h 29 min
-  transitions           2
+Quiet for 8 h 29 min, everything came back.
+
+Figures of 9 h 30 min
+  quiet                 8 h 29 min, from 22:00:10 to 07:30:08
   readings              5104, accelerometer on for 1 h 25 min
   wake-ups              one kept 15 minutes ahead (renewed 5823 times); it never woke the phone
   idle sleeps           0 refused, 0 allowed, 0 s in all

@@ -27,9 +27,10 @@ Sunday, 2 March 2014
           It plays the return sound, vibrates, switches airplane mode off.
           The phone is back.
 
-Summary of 9 h 30 min
-  quiet                 7 h 00 min
-  transitions           2
+Quiet for 7 h 00 min, everything came back.
+
+Figures of 9 h 30 min
+  quiet                 7 h 00 min, from 23:50:05 to 06:50:09
   readings              4903, accelerometer on for 1 h 21 min
   wake-ups              one kept 15 minutes ahead (renewed 4903 times); it never woke the phone
   idle sleeps           0 refused, 0 allowed, 0 s in all

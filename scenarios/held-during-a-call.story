@@ -36,12 +36,11 @@ Sunday, 2 March 2014
           The phone is back.
 06:55:00  The call is over.
 
-Summary of 9 h 30 min
-  quiet                 7 h 10 min
-  transitions           4
+Not back: the data rate is 2G since 06:50:05, and was 4G before. With AirplaneSwitch on everything would have come back at 06:50:05.
+
+Figures of 9 h 30 min
+  quiet                 7 h 10 min in 2 stretches, from 23:30:05 to 06:50:05
   readings              5706, accelerometer on for 1 h 35 min
   wake-ups              one kept 15 minutes ahead (renewed 5706 times); it never woke the phone
   idle sleeps           0 refused, 0 allowed, 0 s in all
   applications          0 launched, 0 quit
-
-Something is wrong: coming back at 06:50:05 left the data rate at 2G; it was 4G before.

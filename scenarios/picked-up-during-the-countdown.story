@@ -21,9 +21,10 @@ Saturday, 1 March 2014
           The phone is quiet.
 23:15:10  The phone goes into idle sleep.
 
-Summary of 30 min 00 s
-  quiet                 14 min 53 s, and still quiet
-  transitions           1
+Quiet for 14 min 53 s, and still quiet at the end.
+
+Figures of 30 min 00 s
+  quiet                 14 min 53 s, from 23:15:07 to the end
   readings              68, accelerometer on for 1 min 08 s
   wake-ups              one kept 15 minutes ahead (renewed 68 times); it never woke the phone
   idle sleeps           27 refused, 2 allowed, 8 min 40 s in all

@@ -18,9 +18,10 @@ Sunday, 2 March 2014
           It vibrates, switches airplane mode off.
           The phone is back.
 
-Summary of 9 h 30 min
-  quiet                 7 h 20 min
-  transitions           2
+Quiet for 7 h 20 min, everything came back.
+
+Figures of 9 h 30 min
+  quiet                 7 h 20 min, from 23:30:05 to 06:50:09
   readings              5703, accelerometer on for 1 h 35 min
   wake-ups              one kept 15 minutes ahead (renewed 5703 times); it never woke the phone
   idle sleeps           0 refused, 0 allowed, 0 s in all

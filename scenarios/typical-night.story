@@ -20,9 +20,10 @@ Sunday, 2 March 2014
           The phone is back.
 07:00:04  No readings: it is not between 21:00 and 7:00.
 
-Summary of 9 h 30 min
-  quiet                 7 h 20 min
-  transitions           2
+Quiet for 7 h 20 min, everything came back.
+
+Figures of 9 h 30 min
+  quiet                 7 h 20 min, from 23:30:05 to 06:50:09
   readings              5103, accelerometer on for 1 h 25 min
   wake-ups              one kept 15 minutes ahead (renewed 5823 times); it never woke the phone
   idle sleeps           0 refused, 0 allowed, 0 s in all

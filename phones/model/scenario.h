@@ -16,13 +16,16 @@ struct ScheduledEvent {
     Event event;
 };
 
+/// The bundle of the process in which the library is at work.
+inline constexpr const char* springBoardBundle = "com.apple.springboard";
+
 struct Scenario {
     Date start{1393713000};       ///< 2014-03-01T22:30:00Z
     Date end{1393747200};         ///< 9.5 hours later.
     std::string timezone = "UTC"; ///< IANA name.
 
     struct Phone {
-        std::string bundle = "com.apple.springboard";
+        std::string bundle = springBoardBundle;
         std::string machine = "iPhone4,1";
         std::int32_t idiom = 0;
         double corefoundation = 793.0;

@@ -29,7 +29,8 @@ inline ToldNight played(const Scenario& scenario) {
     monitorObserver = &report;
     phone.launch();
     phone.playToTheEnd();
-    report.finish(std::nullopt);
+    report.endNight(std::nullopt);
+    report.finish({});
     return {trace.str(), story.str()};
 }
 
@@ -44,7 +45,8 @@ inline std::string replayed(const Scenario& scenario, const std::string& trace) 
     phone.observe(report);
     monitorObserver = &report;
     const auto endedEarly = phone.play();
-    report.finish(endedEarly);
+    report.endNight(endedEarly);
+    report.finish({});
     return story.str();
 }
 

@@ -191,7 +191,7 @@ TEST_F(AStandInPhone, that_is_interrupted_ends_its_night_in_order) {
                         "TMPDIR='" + file("temporary") +
                             "' timeout --preserve-status --signal=" + signal + " 1.5");
         EXPECT_EQ(night.exitCode, 1) << signal;
-        EXPECT_THAT(night.output, HasSubstr("Summary of"));
+        EXPECT_THAT(night.output, HasSubstr("Figures of"));
         EXPECT_THAT(night.output, HasSubstr("the night ended early: it was interrupted."));
         EXPECT_THAT(run("tail -c 2 '" + file("trace.jsonl") + "'").output, "}\n");
         EXPECT_TRUE(fs::is_empty(file("temporary")));
