@@ -65,11 +65,18 @@ std::optional<std::string_view> identifierInKey(std::string_view key) {
     return key.substr(applicationKeyPrefix.size());
 }
 
-std::optional<std::string_view> nearestSettingKey(std::string_view misspelt) {
+std::optional<std::string> nearestSettingKey(std::string_view misspelt) {
     std::vector<std::string_view> names;
     for (const auto& key : keys)
         names.push_back(key.name);
-    return nearest(misspelt, names);
+    if (const auto meant = nearest(misspelt, names))
+        return std::string(*meant);
+
+    // A beginning with two hyphens may be a misspelt "launch-app-".
+    const std::size_t end = misspelt.find('-', misspelt.find('-') + 1);
+    if (end == misspelt.npos || !nearest(misspelt.substr(0, end + 1), {&applicationKeyPrefix, 1}))
+        return std::nullopt;
+    return std::string(applicationKeyPrefix).append(misspelt.substr(end + 1));
 }
 
 } // namespace noctara

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace noctara {
@@ -40,7 +41,7 @@ inline constexpr std::string_view applicationKeyPrefix = "launch-app-";
 /// The identifier in the key of an application, which may be empty. Absent for other keys.
 std::optional<std::string_view> identifierInKey(std::string_view key);
 
-/// The key that a misspelt one probably stands for.
-std::optional<std::string_view> nearestSettingKey(std::string_view misspelt);
+/// The key that a misspelt one probably stands for, be it that of an application.
+std::optional<std::string> nearestSettingKey(std::string_view misspelt);
 
 } // namespace noctara

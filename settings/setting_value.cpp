@@ -54,7 +54,7 @@ std::optional<std::int64_t> integerIn(std::string_view text) {
     for (const auto& known : settingKeys())
         names.push_back(known.name);
     throw BadInput(fmt::format("{}: unknown setting {}; {}", option, inQuotes(key),
-                               meant ? fmt::format("did you mean \"{}\"?", *meant)
+                               meant ? fmt::format("did you mean {}?", inQuotes(*meant))
                                      : fmt::format("accepted: {}, {}IDENTIFIER",
                                                    fmt::join(names, ", "), applicationKeyPrefix)));
 }

@@ -1,0 +1,54 @@
+#include "settings/setting_words.h"
+
+#include "input/bad_input.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+
+namespace noctara {
+
+namespace {
+
+const char* onOff(bool on) {
+    return on ? "on" : "off";
+}
+
+/// One overload for each type of value. A missing overload is a compile error.
+struct Words {
+    std::string operator()(bool truth) const { return onOff(truth); }
+    std::string operator()(std::int64_t integer) const { return std::to_string(integer); }
+    std::string operator()(double real) const { return fmt::format("{}", real); }
+    std::string operator()(const std::string& text) const { return "the text " + inQuotes(text); }
+    std::string operator()(const Date&) const { return "a date"; }
+    std::string operator()(const Data&) const { return "data"; }
+    std::string operator()(const Array&) const { return "an array"; }
+    std::string operator()(const Dictionary&) const { return "a dictionary"; }
+};
+
+} // namespace
+
+std::string settingInWords(const SettingKey& key, std::int32_t value) {
+    return key.kind == SettingKey::Kind::onOff ? onOff(value != 0) : std::to_string(value);
+}
+
+std::string valueInWords(const PropertyList& value) {
+    return std::visit(Words(), value.variant());
+}
+
+std::string switchInWords(const PropertyList& value) {
+    const auto number = wholeNumberIn(value);
+    return number == 0 || number == 1 ? onOff(number == 1) : valueInWords(value);
+}
+
+std::optional<std::int64_t> wholeNumberIn(const PropertyList& value) {
+    if (const auto* integer = value.as<std::int64_t>())
+        return *integer;
+    constexpr double exactIntegers = 9007199254740992.0;
+    const auto* real = value.as<double>();
+    if (real && std::floor(*real) == *real && std::abs(*real) < exactIntegers)
+        return static_cast<std::int64_t>(*real);
+    return std::nullopt;
+}
+
+} // namespace noctara

@@ -1,0 +1,24 @@
+/// Words for the values of settings.
+#pragma once
+
+#include "platform/property_list.h"
+#include "settings/setting_keys.h"
+
+#include <string>
+
+namespace noctara {
+
+/// "on" or "off" for a switch, otherwise the digits. For the numbers of the table of keys.
+std::string settingInWords(const SettingKey& key, std::int32_t value);
+
+/// A value from a file: "on", "5", "the text \"five\"", "a date". Without control characters.
+std::string valueInWords(const PropertyList& value);
+
+/// The same as the value of a switch: 0 and 1 are "off" and "on", too.
+std::string switchInWords(const PropertyList& value);
+
+/// The value as an integer, if it is an integer or a whole real number. The trace of a night does
+/// not distinguish the two.
+std::optional<std::int64_t> wholeNumberIn(const PropertyList& value);
+
+} // namespace noctara
