@@ -1,5 +1,6 @@
 #include "command/commands.h"
 #include "command/night_command.h"
+#include "command/setting_sweep.h"
 #include "command/shared_options.h"
 
 #include <CLI/CLI.hpp>
@@ -29,10 +30,22 @@ void addNightCommand(CLI::App& app, Action& action) {
                     "list, instead of the scenario's settings")
         ->type_name("FILE");
     command
+        .add_option("--set", options->set,
+                    "change a setting, such as Sensitivity=3 or ScreenDown=off; may be repeated")
+        ->type_name("KEY=VALUE")
+        ->allow_extra_args(false);
+    const auto sweep = std::make_shared<std::optional<std::string>>();
+    command
+        .add_option("--sweep", *sweep,
+                    "play the night with each of these values of a setting and print one line for "
+                    "each, such as Sensitivity=0..9 or ScreenDown=off..on")
+        ->type_name("KEY=A..B");
+    command.add_flag("--json", options->json, "print only the summary, as JSON");
+    command
         .add_option("--root", options->root,
                     "store the phone's files as real files below this folder instead of in "
                     "memory; a missing folder is created, and an existing settings file is kept "
-                    "unless --settings is given")
+                    "unless --settings or --set is given")
         ->type_name("FOLDER");
     auto* const motion =
         command
@@ -48,8 +61,14 @@ void addNightCommand(CLI::App& app, Action& action) {
         ->needs(motion);
     addRecordingOptions(command, options->recording);
     addTimeOptions(command, options->overrides);
-    command.callback([&action, options] {
-        action = [options] { return playNight(*options, std::cout, std::cerr); };
+    for (const char* whole : {"--log", "--trace", "--root"})
+        command.get_option("--sweep")->excludes(command.get_option(whole));
+    command.callback([&action, options, sweep] {
+        action = [options, sweep] {
+            if (*sweep)
+                return sweepSetting({*options, **sweep, options->json}, std::cout, std::cerr);
+            return playNight(*options, std::cout, std::cerr);
+        };
     });
 }
 

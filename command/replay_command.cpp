@@ -45,9 +45,11 @@ int replay(const ReplayOptions& options, std::ostream& out) {
     TraceReader reader(fromStandardInput ? std::cin : file, name);
     const Scenario scenario = scenarioOf(options, reader);
 
+    std::ostream nowhere(nullptr);
+    std::ostream& story = options.json ? nowhere : out;
     std::optional<ReplayedPhone> phone(std::in_place, scenario, reader);
     NightReport report(
-        scenario, [&] { return phone->now(); }, out, options.log, nullptr);
+        scenario, [&] { return phone->now(); }, story, options.log, nullptr);
     phone->observe(report);
     monitorObserver = &report;
     if (scenario.phone.bundle != springBoardBundle)
@@ -61,14 +63,15 @@ int replay(const ReplayOptions& options, std::ostream& out) {
         if (!phone->isInRealTime())
             wrong = parted.what();
         else
-            out << "\nThe story ends early: " << parted.what() << ".\n";
+            story << "\nThe story ends early: " << parted.what() << ".\n";
     }
     report.endNight(wrong);
     phone.reset();
-    const NightInput input{scenario, std::nullopt, {}};
+    const NightInput input{scenario, nullptr, {}};
     const Retry retry = retryOf(input);
-    return report.finish(options.scenario && isSameNight(report.nightFindings(), retry) ? retry
-                                                                                        : Retry());
+    const bool canRetry = options.scenario && isSameNight(report.nightFindings(), retry);
+    return report.finish(canRetry ? retry : Retry(),
+                         options.json ? SummaryForm::json : SummaryForm::text, out);
 }
 
 } // namespace noctara

@@ -24,6 +24,7 @@ void addReplayCommand(CLI::App& app, Action& action) {
                     "the radios at the start, the names of applications")
         ->type_name("FILE");
     command.add_flag("--log", options->log, "print the lines of the system log as well");
+    command.add_flag("--json", options->json, "print only the summary, as JSON");
     addTimeOptions(command, options->overrides);
     command.callback(
         [&action, options] { action = [options] { return replay(*options, std::cout); }; });

@@ -1,16 +1,17 @@
 #include "night/night_report.h"
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
 #include <utility>
 
 namespace noctara {
 
 NightReport::NightReport(const Scenario& scenario, std::function<Date()> wallClock,
-                         std::ostream& text, bool withLog, OutputFile* file) :
-    story(scenario, text, withLog),
+                         std::ostream& lines, bool withLog, OutputFile* file) :
+    story(scenario, lines, withLog),
     night(scenario),
     now(std::move(wallClock)),
-    out(text),
     traceFile(file),
     findings(scenario, now) {
     if (traceFile)
@@ -46,9 +47,13 @@ void NightReport::endNight(const std::optional<std::string>& wrong) {
             fmt::format("the trace {} could not be written whole", traceFile->path().string()));
 }
 
-int NightReport::finish(const Retry& retry) {
+int NightReport::finish(const Retry& retry, SummaryForm form, std::ostream& out) {
     const Verdict verdict = verdictOn(night, findings, retry);
-    printSummary({verdict, findings.figures, faults}, night.timezone, out);
+    const NightSummary summary{verdict, findings.figures, faults};
+    if (form == SummaryForm::json)
+        out << toJson(summary).dump(2) << '\n';
+    else
+        printSummary(summary, night.timezone, out);
     return faults.empty() && verdict.kind != Verdict::Kind::notBack ? 0 : 1;
 }
 

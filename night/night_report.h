@@ -17,11 +17,13 @@
 
 namespace noctara {
 
+enum class SummaryForm { text, json };
+
 class NightReport final : public PhoneObserver, public MonitorObserver {
 public:
-    /// `wallClock` tells the time on the phone until `endNight`. The stream and the trace file, if
-    /// there is one, must outlive the report. Without a story only the summary is printed.
-    NightReport(const Scenario& scenario, std::function<Date()> wallClock, std::ostream& out,
+    /// `wallClock` tells the time on the phone until `endNight`. The story is written to `lines`.
+    /// The stream and the trace file, if there is one, must outlive the report.
+    NightReport(const Scenario& scenario, std::function<Date()> wallClock, std::ostream& lines,
                 bool withLog, OutputFile* trace);
 
     void called(const Call& call) override;
@@ -34,7 +36,7 @@ public:
     /// Prints the summary. Advice is given only if there is a `retry`, which must not be called
     /// while the phone of this night exists. Returns the exit code of a command: 0, or 1 if
     /// something was found wrong.
-    int finish(const Retry& retry);
+    int finish(const Retry& retry, SummaryForm form, std::ostream& out);
 
     const NightFindings& nightFindings() const { return findings; }
 
@@ -43,7 +45,6 @@ public:
 private:
     const Scenario night;
     const std::function<Date()> now; ///< By the wall clock of the phone.
-    std::ostream& out;
     OutputFile* traceFile;
     NightFindings findings;
     std::optional<TraceWriter> trace;
