@@ -1,6 +1,7 @@
 #include "command/commands.h"
 #include "command/detect_command.h"
 #include "command/shared_options.h"
+#include "input/completion.h"
 
 #include <CLI/CLI.hpp>
 
@@ -14,15 +15,19 @@ void addDetectCommand(CLI::App& app, Action& action) {
     auto& command = *app.add_subcommand(
         "detect",
         "Finds the Sensitivity that suits a phone, from a recording of its accelerometer");
-    command
-        .add_option("RECORDING", options->file,
-                    "CSV file with time, x, y and z, as written by a logger on a phone")
-        ->type_name("")
-        ->required();
-    command
-        .add_option("--sensitivity", options->sensitivity,
-                    "Sensitivity for the verdicts in the table of seconds")
-        ->capture_default_str();
+    completedByFiles(
+        command
+            .add_option("RECORDING", options->file,
+                        "CSV file with time, x, y and z, as written by a logger on a phone")
+            ->type_name("")
+            ->required(),
+        ".csv");
+    completedByWords(command
+                         .add_option("--sensitivity", options->sensitivity,
+                                     "Sensitivity for the verdicts in the table of seconds")
+                         ->type_name("NUMBER")
+                         ->capture_default_str(),
+                     {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"});
     addRecordingOptions(command, options->recording);
     command.callback([&action, options] {
         action = [options] { return detect(*options, std::cout, std::cerr); };

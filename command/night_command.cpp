@@ -7,9 +7,20 @@
 #include "output/output_file.h"
 #include "phones/simulated/simulated_phone.h"
 
+#include <algorithm>
+
 namespace noctara {
 
 namespace {
+
+void tellOfLateEvents(const Scenario& scenario, std::ostream& complaints) {
+    const auto late = std::count_if(scenario.events.begin(), scenario.events.end(),
+                                    [&](const auto& event) { return event.at > scenario.end; });
+    if (late == 1)
+        complaints << "1 event is after the end of the night and is not played\n";
+    else if (late > 1)
+        complaints << late << " events are after the end of the night and are not played\n";
+}
 
 std::unique_ptr<FileStore> fileStore(const NightOptions& options) {
     if (!options.root)
@@ -23,13 +34,16 @@ std::unique_ptr<FileStore> fileStore(const NightOptions& options) {
 
 } // namespace
 
-int playNight(const NightOptions& options, std::ostream& out, std::ostream& complaints) {
+int playNight(const NightOptions& options, std::ostream& standardOutput, std::ostream& complaints) {
+    // The lines of a trace must not be mixed with those of the story.
+    std::ostream& out = options.trace == OutputFile::standardOutput ? complaints : standardOutput;
     const NightInput input = readNightInput(options, complaints);
     std::optional<OutputFile> trace;
     if (options.trace)
         trace.emplace("--trace", *options.trace, filesOf(options));
     if (options.root)
         prepareRoot(*options.root);
+    tellOfLateEvents(input.scenario, complaints);
 
     std::ostream nowhere(nullptr);
     std::ostream& story = options.json ? nowhere : out;

@@ -16,7 +16,8 @@ struct NightOptions : NightInputOptions {
 };
 
 /// Plays the night. Returns the command's exit code: 0, or 1 if the run found something wrong.
-/// Throws BadInput, before it has written anything to `out`, if an input cannot be used.
+/// The story goes to `complaints` if the trace goes to standard output. Throws BadInput, before it
+/// has written anything to `out`, if an input cannot be used.
 int playNight(const NightOptions& options, std::ostream& out, std::ostream& complaints);
 
 } // namespace noctara

@@ -2,6 +2,7 @@
 #include "command/night_command.h"
 #include "command/setting_sweep.h"
 #include "command/shared_options.h"
+#include "input/completion.h"
 
 #include <CLI/CLI.hpp>
 
@@ -14,21 +15,26 @@ void addNightCommand(CLI::App& app, Action& action) {
     const auto options = std::make_shared<NightOptions>();
     auto& command =
         *app.add_subcommand("night", "Plays a night and prints what the phone did and why");
-    command
-        .add_option("SCENARIO", options->scenario,
-                    "scenario file (see docs/scenarios.md); without one, a typical night")
-        ->type_name("");
+    completedByFiles(
+        command
+            .add_option("SCENARIO", options->scenario,
+                        "scenario file (see docs/scenarios.md); without one, a typical night")
+            ->type_name(""),
+        ".toml");
     command.add_flag("--log", options->log, "print the lines of the system log as well");
     command
         .add_option("--trace", options->trace,
                     "write every call of the monitor and every event to this file, as "
-                    "JSON Lines (see docs/trace.md)")
+                    "JSON Lines (see docs/trace.md); - is standard output, and the story then goes "
+                    "to standard error")
         ->type_name("FILE");
-    command
-        .add_option("--settings", options->settings,
-                    "start from a copy of this settings file, an XML or binary property "
-                    "list, instead of the scenario's settings")
-        ->type_name("FILE");
+    completedByFiles(
+        command
+            .add_option("--settings", options->settings,
+                        "start from a copy of this settings file, an XML or binary property "
+                        "list, instead of the scenario's settings")
+            ->type_name("FILE"),
+        ".plist");
     command
         .add_option("--set", options->set,
                     "change a setting, such as Sensitivity=3 or ScreenDown=off; may be repeated")
@@ -53,13 +59,15 @@ void addNightCommand(CLI::App& app, Action& action) {
                         "feed the accelerometer from this recording, which repeats when it "
                         "ends, instead of the scenario's postures")
             ->type_name("RECORDING");
+    completedByFiles(motion, ".csv");
     command
         .add_option("--motion-at", options->motionAt,
                     "when the recording begins, in the form of --start or as a time such as 23:30; "
                     "default: the start")
         ->type_name("TIME")
         ->needs(motion);
-    addRecordingOptions(command, options->recording);
+    for (auto* const option : addRecordingOptions(command, options->recording))
+        option->needs(motion);
     addTimeOptions(command, options->overrides);
     for (const char* whole : {"--log", "--trace", "--root"})
         command.get_option("--sweep")->excludes(command.get_option(whole));

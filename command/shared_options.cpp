@@ -1,12 +1,14 @@
 #include "command/shared_options.h"
 
 #include "input/bad_input.h"
+#include "input/completion.h"
 
 #include <CLI/CLI.hpp>
 
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace noctara {
 
@@ -14,44 +16,51 @@ namespace {
 
 /// Adds an option whose value is one of a few words.
 template <typename Choice>
-void addChoice(CLI::App& command, const std::string& name, std::optional<Choice>& chosen,
-               const std::map<std::string, Choice>& choices, const std::string& typeName,
-               const std::string& description) {
-    command
-        .add_option_function<std::string>(
-            name,
-            [=, &chosen](const std::string& word) {
-                const auto choice = choices.find(word);
-                if (choice != choices.end()) {
-                    chosen = choice->second;
-                    return;
-                }
-                std::string accepted;
-                for (const auto& [other, value] : choices)
-                    accepted += (accepted.empty() ? "" : ", ") + other;
-                throw CLI::ValidationError(name, inQuotes(word) + " is none of: " + accepted);
-            },
-            description)
-        ->type_name(typeName);
+CLI::Option* addChoice(CLI::App& command, const std::string& name, std::optional<Choice>& chosen,
+                       const std::map<std::string, Choice>& choices, const std::string& typeName,
+                       const std::string& description) {
+    std::vector<std::string> words;
+    for (const auto& [word, value] : choices)
+        words.push_back(word);
+    return completedByWords(command
+                                .add_option_function<std::string>(
+                                    name,
+                                    [=, &chosen](const std::string& word) {
+                                        const auto choice = choices.find(word);
+                                        if (choice != choices.end()) {
+                                            chosen = choice->second;
+                                            return;
+                                        }
+                                        std::string accepted;
+                                        for (const auto& [other, value] : choices)
+                                            accepted += (accepted.empty() ? "" : ", ") + other;
+                                        throw CLI::ValidationError(
+                                            name, inQuotes(word) + " is none of: " + accepted);
+                                    },
+                                    description)
+                                ->type_name(typeName),
+                            words);
 }
 
 } // namespace
 
-void addRecordingOptions(CLI::App& command, RecordingOptions& options) {
-    addChoice<AccelerationUnit>(command, "--unit", options.unit,
-                                {{"g", AccelerationUnit::g},
-                                 {"mg", AccelerationUnit::milliG},
-                                 {"m/s2", AccelerationUnit::metresPerSecondSquared}},
-                                "UNIT",
-                                "unit of the recording, if the file does not give it: g, mg, m/s2");
-    addChoice<AxisConvention>(
+std::vector<CLI::Option*> addRecordingOptions(CLI::App& command, RecordingOptions& options) {
+    auto* const unit = addChoice<AccelerationUnit>(
+        command, "--unit", options.unit,
+        {{"g", AccelerationUnit::g},
+         {"mg", AccelerationUnit::milliG},
+         {"m/s2", AccelerationUnit::metresPerSecondSquared}},
+        "UNIT", "unit of the recording, if the file does not give it: g, mg, m/s2");
+    auto* const axes = addChoice<AxisConvention>(
         command, "--axes", options.axes,
         {{"android", AxisConvention::android}, {"ios", AxisConvention::ios}}, "AXES",
         "whose axes the recording uses: android (screen up reads z = +1 g) or ios (z = -1 g)");
-    command
-        .add_option("--rate", options.rate,
-                    "samples per second, evenly spaced, for a recording without usable times")
-        ->type_name("HZ");
+    auto* const rate =
+        command
+            .add_option("--rate", options.rate,
+                        "samples per second, evenly spaced, for a recording without usable times")
+            ->type_name("HZ");
+    return {unit, axes, rate};
 }
 
 void addTimeOptions(CLI::App& command, ScenarioOverrides& overrides) {
@@ -63,10 +72,10 @@ void addTimeOptions(CLI::App& command, ScenarioOverrides& overrides) {
         .add_option("--end", overrides.end,
                     "local date and time to end at, or a time such as 07:30")
         ->type_name("TIME");
-    command
-        .add_option("--timezone", overrides.timezone,
-                    "time zone of the phone, such as Europe/Paris")
-        ->type_name("ZONE");
+    completedByTimeZones(command
+                             .add_option("--timezone", overrides.timezone,
+                                         "time zone of the phone, such as Europe/Paris")
+                             ->type_name("ZONE"));
 }
 
 } // namespace noctara

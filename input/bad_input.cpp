@@ -1,5 +1,6 @@
 #include "input/bad_input.h"
 
+#include "input/printable.h"
 #include "platform/utf8.h"
 
 namespace noctara {
@@ -16,8 +17,7 @@ std::string inQuotes(std::string_view text) {
             shown += "...";
             break;
         }
-        const bool isShown =
-            character && *character >= 0x20 && (*character < 0x7F || *character >= 0xA0);
+        const bool isShown = character && !controlsTerminal(*character);
         shown += isShown ? before.substr(0, before.size() - rest.size()) : "?";
     }
     return '"' + shown + '"';

@@ -14,8 +14,8 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// `text` in quotes, cut after 40 bytes. A question mark replaces each control character and each
-/// byte that is not UTF-8.
+/// `text` in quotes, cut after 40 bytes. A question mark replaces each character that
+/// controls a terminal and each byte that is not UTF-8.
 std::string inQuotes(std::string_view text);
 
 } // namespace noctara

@@ -6,6 +6,7 @@
 #include "night/scenario_events.h"
 #include "night/scenario_times.h"
 #include "night/scenario_values.h"
+#include "night/time_zone_names.h"
 #include "night/toml_reader.h"
 #include "phones/model/local_time.h"
 
@@ -35,7 +36,7 @@ TimeZone readTimeZone(const TomlTable& file, const ScenarioOverrides& overrides)
         return TimeZone(name);
     } catch (const std::runtime_error&) {
         throw BadInput(place + (place.empty() ? "" : ": ") + "there is no time zone " +
-                       inQuotes(name) + "; write an IANA name such as \"Europe/Paris\"");
+                       inQuotes(name) + "; " + adviceOnTimeZone(name));
     }
 }
 

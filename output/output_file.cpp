@@ -3,6 +3,7 @@
 #include "input/bad_input.h"
 
 #include <cstdlib>
+#include <iostream>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -26,6 +27,8 @@ fs::perms newFilePermissions() {
 OutputFile::OutputFile(const std::string& option, fs::path place,
                        const std::vector<fs::path>& inputs) :
     file(std::move(place)) {
+    if (file == standardOutput)
+        return;
     std::error_code ignored;
     for (const auto& input : inputs)
         if (fs::equivalent(file, input, ignored))
@@ -57,6 +60,10 @@ OutputFile::OutputFile(const std::string& option, fs::path place,
     bytes.open(aside, std::ios::binary | std::ios::trunc);
 }
 
+std::ostream& OutputFile::stream() {
+    return file == standardOutput ? std::cout : bytes;
+}
+
 OutputFile::~OutputFile() {
     std::error_code ignored;
     if (!aside.empty())
@@ -64,6 +71,8 @@ OutputFile::~OutputFile() {
 }
 
 bool OutputFile::keep() {
+    if (file == standardOutput)
+        return static_cast<bool>(std::cout.flush());
     bytes.close();
     if (bytes.fail())
         return false;

@@ -12,6 +12,9 @@ namespace noctara {
 /// that was there before stays as it was. A pipe or a device is written directly.
 class OutputFile {
 public:
+    /// The name that stands for standard output.
+    static constexpr const char* standardOutput = "-";
+
     /// `option` is the option of the command that names the file, for errors. Throws BadInput if
     /// the file cannot be written or is one of the command's inputs.
     OutputFile(const std::string& option, std::filesystem::path place,
@@ -23,7 +26,7 @@ public:
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
 
-    std::ostream& stream() { return bytes; }
+    std::ostream& stream();
 
     /// Puts the file in its place. False, and nothing is in its place, if not all of it could be
     /// written.
