@@ -20,6 +20,7 @@ using Action = std::function<int()>;
 void addNightCommand(CLI::App& app, Action& action);
 void addReplayCommand(CLI::App& app, Action& action);
 void addDetectCommand(CLI::App& app, Action& action);
+void addWhyCommand(CLI::App& app, Action& action);
 void addCapabilitiesCommand(CLI::App& app, Action& action);
 
 /// `noctara help`. Add it after the other subcommands.

@@ -28,18 +28,6 @@ void addNightCommand(CLI::App& app, Action& action) {
                     "JSON Lines (see docs/trace.md); - is standard output, and the story then goes "
                     "to standard error")
         ->type_name("FILE");
-    completedByFiles(
-        command
-            .add_option("--settings", options->settings,
-                        "start from a copy of this settings file, an XML or binary property "
-                        "list, instead of the scenario's settings")
-            ->type_name("FILE"),
-        ".plist");
-    command
-        .add_option("--set", options->set,
-                    "change a setting, such as Sensitivity=3 or ScreenDown=off; may be repeated")
-        ->type_name("KEY=VALUE")
-        ->allow_extra_args(false);
     const auto sweep = std::make_shared<std::optional<std::string>>();
     command
         .add_option("--sweep", *sweep,
@@ -53,22 +41,7 @@ void addNightCommand(CLI::App& app, Action& action) {
                     "memory; a missing folder is created, and an existing settings file is kept "
                     "unless --settings or --set is given")
         ->type_name("FOLDER");
-    auto* const motion =
-        command
-            .add_option("--motion", options->motion,
-                        "feed the accelerometer from this recording, which repeats when it "
-                        "ends, instead of the scenario's postures")
-            ->type_name("RECORDING");
-    completedByFiles(motion, ".csv");
-    command
-        .add_option("--motion-at", options->motionAt,
-                    "when the recording begins, in the form of --start or as a time such as 23:30; "
-                    "default: the start")
-        ->type_name("TIME")
-        ->needs(motion);
-    for (auto* const option : addRecordingOptions(command, options->recording))
-        option->needs(motion);
-    addTimeOptions(command, options->overrides);
+    addNightInputOptions(command, *options);
     for (const char* whole : {"--log", "--trace", "--root"})
         command.get_option("--sweep")->excludes(command.get_option(whole));
     command.callback([&action, options, sweep] {

@@ -13,6 +13,7 @@ void describeProgram(CLI::App& app, Action& action) {
     app.set_version_flag("--version", "noctara " NOCTARA_VERSION, "Print the version and exit");
     addNightCommand(app, action);
     addReplayCommand(app, action);
+    addWhyCommand(app, action);
     addDetectCommand(app, action);
     addCapabilitiesCommand(app, action);
     addHelpCommand(app, action);

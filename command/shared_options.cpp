@@ -78,4 +78,35 @@ void addTimeOptions(CLI::App& command, ScenarioOverrides& overrides) {
                              ->type_name("ZONE"));
 }
 
+void addNightInputOptions(CLI::App& command, NightInputOptions& options) {
+    completedByFiles(
+        command
+            .add_option("--settings", options.settings,
+                        "start from a copy of this settings file, an XML or binary property "
+                        "list, instead of the scenario's settings")
+            ->type_name("FILE"),
+        ".plist");
+    command
+        .add_option("--set", options.set,
+                    "change a setting, such as Sensitivity=3 or ScreenDown=off; may be repeated")
+        ->type_name("KEY=VALUE")
+        ->allow_extra_args(false);
+    auto* const motion =
+        command
+            .add_option("--motion", options.motion,
+                        "feed the accelerometer from this recording, which repeats when it "
+                        "ends, instead of the scenario's postures")
+            ->type_name("RECORDING");
+    completedByFiles(motion, ".csv");
+    command
+        .add_option("--motion-at", options.motionAt,
+                    "when the recording begins, in the form of --start or as a time such as 23:30; "
+                    "default: the start")
+        ->type_name("TIME")
+        ->needs(motion);
+    for (auto* const option : addRecordingOptions(command, options.recording))
+        option->needs(motion);
+    addTimeOptions(command, options.overrides);
+}
+
 } // namespace noctara

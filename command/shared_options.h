@@ -1,6 +1,7 @@
 /// Options that several subcommands have.
 #pragma once
 
+#include "command/night_input.h"
 #include "night/scenario_file.h"
 #include "recording/recording_file.h"
 
@@ -18,5 +19,8 @@ std::vector<CLI::Option*> addRecordingOptions(CLI::App& command, RecordingOption
 
 /// When and where the night is.
 void addTimeOptions(CLI::App& command, ScenarioOverrides& overrides);
+
+/// The settings, the recording and the time of a night.
+void addNightInputOptions(CLI::App& command, NightInputOptions& options);
 
 } // namespace noctara

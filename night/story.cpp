@@ -4,6 +4,7 @@
 #include "night/deed_words.h"
 #include "night/event_words.h"
 #include "night/local_clock_text.h"
+#include "night/reading_words.h"
 #include "platform/system_power.h"
 #include "platform/system_sounds.h"
 
@@ -56,22 +57,6 @@ std::string settingsInWords(const Settings& settings) {
     }
     parts.push_back(fmt::format("when quiet: {}", fmt::join(off, ", ")));
     return fmt::format("Settings: {}.", fmt::join(parts, "; "));
-}
-
-std::string readingInWords(const Reading& reading) {
-    const char* posture = reading.screenDown ? "screen down" : "screen up";
-    const double tilt =
-        (reading.screenDown ? reading.angle : std::abs(pi - reading.angle)) * degreesPerRadian;
-    if (reading.lies)
-        return fmt::format("lying {}, {:.1f}° off", posture, tilt);
-    switch (reading.source) {
-    case Reading::Source::deviceMotion:
-        return "device motion is delivered, which never counts as lying";
-    case Reading::Source::nothing:
-        return "the accelerometer delivered nothing";
-    default:
-        return fmt::format("not lying {} ({:.1f}° off, {:.2f} g)", posture, tilt, reading.length);
-    }
 }
 
 } // namespace
