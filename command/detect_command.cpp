@@ -1,5 +1,6 @@
 #include "command/detect_command.h"
 
+#include "input/printable.h"
 #include "monitor/posture.h"
 #include "recording/posture_statistics.h"
 
@@ -148,7 +149,7 @@ void detect(const Recording& recording, std::int32_t sensitivity, std::ostream& 
                count == 1 ? "reading" : "readings", recording.duration(),
                static_cast<double>(count) / recording.duration());
     for (const std::string& remark : recording.remarks)
-        out << "  " << remark << '\n';
+        out << "  " << printable(remark) << '\n';
 
     const PostureStatistics statistics = computePostureStatistics(recording);
     const auto& steady = statistics.steady;

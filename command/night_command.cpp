@@ -4,6 +4,7 @@
 #include "host/host.h"
 #include "night/night_files.h"
 #include "night/night_report.h"
+#include "output/interruption.h"
 #include "output/output_file.h"
 #include "phones/simulated/simulated_phone.h"
 
@@ -32,11 +33,7 @@ std::unique_ptr<FileStore> fileStore(const NightOptions& options) {
     return store;
 }
 
-} // namespace
-
-int playNight(const NightOptions& options, std::ostream& standardOutput, std::ostream& complaints) {
-    // The lines of a trace must not be mixed with those of the story.
-    std::ostream& out = options.trace == OutputFile::standardOutput ? complaints : standardOutput;
+int play(const NightOptions& options, std::ostream& out, std::ostream& complaints) {
     const NightInput input = readNightInput(options, complaints);
     std::optional<OutputFile> trace;
     if (options.trace)
@@ -58,9 +55,25 @@ int playNight(const NightOptions& options, std::ostream& standardOutput, std::os
                                      input.motion->remarks);
     if (input.scenario.phone.bundle != springBoardBundle)
         report.story.tellOfInertness();
-    report.endNight(playNight(*phone));
+    std::optional<std::string> wrong;
+    try {
+        wrong = playNight(*phone);
+    } catch (const Interruption&) {
+        // The report says so.
+    }
+    report.endNight(wrong);
     phone.reset();
-    return report.finish(retryOf(input), options.json ? SummaryForm::json : SummaryForm::text, out);
+    return report.finish(wasInterrupted() ? Retry() : retryOf(input),
+                         options.json ? SummaryForm::json : SummaryForm::text, out);
+}
+
+} // namespace
+
+int playNight(const NightOptions& options, std::ostream& out, std::ostream& complaints) {
+    // The lines of a trace must not be mixed with those of the story.
+    const bool traceIsOutput = options.trace && OutputFile::isStandardOutput(*options.trace);
+    return untilInterrupted(
+        out, [&] { return play(options, traceIsOutput ? complaints : out, complaints); });
 }
 
 } // namespace noctara

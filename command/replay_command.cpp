@@ -3,9 +3,11 @@
 #include "command/night_player.h"
 #include "host/host.h"
 #include "input/bad_input.h"
+#include "input/printable.h"
 #include "night/chosen_scenario.h"
 #include "night/night_report.h"
 #include "night/trace_reader.h"
+#include "output/interruption.h"
 #include "phones/replay/replayed_phone.h"
 
 #include <fstream>
@@ -31,9 +33,7 @@ bool isSameNight(const NightFindings& traced, const Retry& retry) {
     return played && played->figures == traced.figures;
 }
 
-} // namespace
-
-int replay(const ReplayOptions& options, std::ostream& out) {
+int play(const ReplayOptions& options, std::ostream& out) {
     const bool fromStandardInput = options.trace == "-";
     const std::string name = fromStandardInput ? "standard input" : options.trace.string();
     std::ifstream file;
@@ -63,15 +63,24 @@ int replay(const ReplayOptions& options, std::ostream& out) {
         if (!phone->isInRealTime())
             wrong = parted.what();
         else
-            story << "\nThe story ends early: " << parted.what() << ".\n";
+            story << "\nThe story ends early: " << printable(parted.what()) << ".\n";
+    } catch (const Interruption&) {
+        // The report says so.
     }
     report.endNight(wrong);
     phone.reset();
     const NightInput input{scenario, nullptr, {}};
     const Retry retry = retryOf(input);
-    const bool canRetry = options.scenario && isSameNight(report.nightFindings(), retry);
+    const bool canRetry =
+        options.scenario && !wasInterrupted() && isSameNight(report.nightFindings(), retry);
     return report.finish(canRetry ? retry : Retry(),
                          options.json ? SummaryForm::json : SummaryForm::text, out);
+}
+
+} // namespace
+
+int replay(const ReplayOptions& options, std::ostream& out) {
+    return untilInterrupted(out, [&] { return play(options, out); });
 }
 
 } // namespace noctara

@@ -1,5 +1,8 @@
 #include "night/night_report.h"
 
+#include "night/local_clock_text.h"
+#include "output/interruption.h"
+
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
@@ -12,6 +15,7 @@ NightReport::NightReport(const Scenario& scenario, std::function<Date()> wallClo
     story(scenario, lines, withLog),
     night(scenario),
     now(std::move(wallClock)),
+    storyLines(lines),
     traceFile(file),
     findings(scenario, now) {
     if (traceFile)
@@ -22,6 +26,8 @@ void NightReport::called(const Call& call) {
     if (trace)
         trace->called(call);
     story.called(call);
+    if (call.operation == Operation::sleep && (!storyLines || (traceFile && !traceFile->stream())))
+        stopIfNobodyReads();
     findings.called(call);
 }
 
@@ -42,7 +48,10 @@ void NightReport::endNight(const std::optional<std::string>& wrong) {
     findings.finish();
     if (wrong)
         faults.push_back(*wrong);
-    if (traceFile && !traceFile->keep())
+    if (wasInterrupted())
+        faults.push_back("the night was interrupted at " +
+                         timeText(TimeZone(night.timezone), now()));
+    else if (traceFile && !traceFile->keep())
         faults.push_back(
             fmt::format("the trace {} could not be written whole", traceFile->path().string()));
 }

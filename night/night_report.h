@@ -26,11 +26,13 @@ public:
     NightReport(const Scenario& scenario, std::function<Date()> wallClock, std::ostream& lines,
                 bool withLog, OutputFile* trace);
 
+    /// Throws Interruption after a signal, or if nobody reads the output, when the monitor waits.
     void called(const Call& call) override;
     void happens(const Happening& happening) override;
     void decided(const Decision& decision) override;
 
-    /// Ends the night. `wrong` is a clause about an error during the night, if there was one.
+    /// Ends the night. `wrong` is a clause about an error during the night, if there was one. Drops
+    /// the trace of a night that was interrupted.
     void endNight(const std::optional<std::string>& wrong);
 
     /// Prints the summary. Advice is given only if there is a `retry`, which must not be called
@@ -45,6 +47,7 @@ public:
 private:
     const Scenario night;
     const std::function<Date()> now; ///< By the wall clock of the phone.
+    std::ostream& storyLines;
     OutputFile* traceFile;
     NightFindings findings;
     std::optional<TraceWriter> trace;

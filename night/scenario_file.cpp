@@ -3,6 +3,7 @@
 
 #include "input/bad_input.h"
 #include "input/file_reading.h"
+#include "input/printable.h"
 #include "night/scenario_events.h"
 #include "night/scenario_times.h"
 #include "night/scenario_values.h"
@@ -93,6 +94,10 @@ Scenario::Phone readPhone(const TomlValue& value) {
     Scenario::Phone phone;
     table.readNonEmpty("bundle", phone.bundle);
     table.readNonEmpty("machine", phone.machine);
+    // The list of capabilities prints it as it is.
+    if (printable(phone.machine) != phone.machine)
+        table.require("machine").refuse("machine has a control character",
+                                        "write a name such as \"iPhone4,1\"");
     if (const auto idiom = table.find("idiom"))
         phone.idiom =
             static_cast<std::int32_t>(idiom->integer(0, std::numeric_limits<std::int32_t>::max()));

@@ -1,5 +1,6 @@
 #include "night/story.h"
 
+#include "input/printable.h"
 #include "monitor/posture.h"
 #include "night/deed_words.h"
 #include "night/event_words.h"
@@ -78,16 +79,18 @@ void Story::tell(Date at, const std::string& line) {
     }
     // Consecutive lines with the same time show it once.
     const std::string time = timeText(zone, at);
-    out << (time == lastTime ? std::string(time.size(), ' ') : time) << "  " << line << '\n';
+    out << (time == lastTime ? std::string(time.size(), ' ') : time) << "  " << printable(line)
+        << '\n';
     lastTime = time;
 }
 
 void Story::tellOfRecording(const std::string& name, Date from,
                             const std::vector<std::string>& remarks) {
     recordingBegins = from;
-    out << "From " << timeText(zone, from) << " on the accelerometer follows " << name << ":\n";
+    out << "From " << timeText(zone, from) << " on the accelerometer follows " << printable(name)
+        << ":\n";
     for (const auto& remark : remarks)
-        out << "  " << remark << '\n';
+        out << "  " << printable(remark) << '\n';
     out << '\n';
 }
 

@@ -2,6 +2,7 @@
 #include "recording/recording_file.h"
 
 #include "input/bad_input.h"
+#include "input/printable.h"
 #include "recording/csv_line.h"
 #include "recording/recording_columns.h"
 #include "recording/recording_conversion.h"
@@ -57,7 +58,8 @@ public:
                                longestLine));
         }
         if (skipped > complaintLimit)
-            complaints << file << ": " << skipped - complaintLimit << " more lines are skipped\n";
+            complaints << printable(file) << ": " << skipped - complaintLimit
+                       << " more lines are skipped\n";
     }
 
     Recording makeRecording() {
@@ -149,8 +151,8 @@ private:
             recording.samples.push_back({seconds, acceleration});
         } catch (const NoReading& error) {
             if (++skipped <= complaintLimit)
-                complaints << fmt::format("{}:{}: {}; the line is skipped\n", file, lineNumber,
-                                          error.what());
+                complaints << fmt::format("{}:{}: {}; the line is skipped\n", printable(file),
+                                          lineNumber, printable(error.what()));
         }
     }
 
