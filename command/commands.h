@@ -21,6 +21,7 @@ void addNightCommand(CLI::App& app, Action& action);
 void addReplayCommand(CLI::App& app, Action& action);
 void addDetectCommand(CLI::App& app, Action& action);
 void addWhyCommand(CLI::App& app, Action& action);
+void addSettingsCommand(CLI::App& app, Action& action);
 void addCapabilitiesCommand(CLI::App& app, Action& action);
 
 /// `noctara help`. Add it after the other subcommands.

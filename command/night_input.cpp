@@ -6,26 +6,13 @@
 #include "phones/model/phone_model.h"
 #include "phones/model/property_list_file.h"
 #include "settings/setting_value.h"
+#include "settings/settings_file.h"
 
 #include <fmt/format.h>
 
 namespace noctara {
 
 namespace {
-
-Dictionary readSettings(const std::filesystem::path& file) {
-    auto parsed = readPropertyListFile(file);
-    if (!parsed.value)
-        throw BadInput(fmt::format("{}: {}; give an XML or binary property list", file.string(),
-                                   parsed.error));
-    auto* dictionary = parsed.value->as<Dictionary>();
-    if (!dictionary)
-        throw BadInput(
-            fmt::format("{}: the top level is not a dictionary; a settings file maps keys "
-                        "such as Enabled to values",
-                        file.string()));
-    return *dictionary;
-}
 
 Date motionBegin(const std::string& text, const Scenario& scenario) {
     const Date begin = instantOrNext(writtenTime("--motion-at", text, TimeForm::DayOptional),
@@ -54,7 +41,7 @@ NightInput readNightInput(const NightInputOptions& options, std::ostream& compla
     NightInput input{chosenScenario(options.scenario, options.overrides), nullptr, {}};
     Scenario& scenario = input.scenario;
     if (options.settings)
-        scenario.settings = readSettings(*options.settings);
+        scenario.settings = readSettingsFile(*options.settings);
     else if (options.root)
         if (auto existing = settingsBelow(*options.root))
             scenario.settings = std::move(existing);

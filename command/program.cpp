@@ -15,6 +15,7 @@ void describeProgram(CLI::App& app, Action& action) {
     addReplayCommand(app, action);
     addWhyCommand(app, action);
     addDetectCommand(app, action);
+    addSettingsCommand(app, action);
     addCapabilitiesCommand(app, action);
     addHelpCommand(app, action);
 }

@@ -14,11 +14,11 @@ namespace noctara {
 
 namespace {
 
-/// The program and the subcommand that the user chose.
+/// The program, the subcommand that the user chose, and so on.
 std::vector<CLI::App*> parsedParts(CLI::App& program) {
     std::vector<CLI::App*> parts{&program};
-    for (CLI::App* subcommand : program.get_subcommands())
-        parts.push_back(subcommand);
+    while (!parts.back()->get_subcommands().empty())
+        parts.push_back(parts.back()->get_subcommands().front());
     return parts;
 }
 
@@ -93,14 +93,15 @@ std::string unknownArgument(CLI::App& program, const std::string& argument) {
         return inQuotes(name) + " is no option of " + chosenCommand(program) +
                didYouMean(name, names);
     }
-    if (!program.get_subcommands().empty() || program.get_subcommands(nullptr).empty())
+    CLI::App& chosen = *parsedParts(program).back();
+    if (chosen.get_subcommands(nullptr).empty())
         return inQuotes(argument) + " is one argument too many";
-    if (const auto reader = readerOf(program, argument))
+    if (const auto reader = &chosen == &program ? readerOf(program, argument) : std::nullopt)
         return inQuotes(argument) + " is no subcommand; write " + program.get_name() + ' ' +
                *reader + ' ' + argument;
-    const std::string meant = didYouMean(argument, namesOfSubcommands(program));
+    const std::string meant = didYouMean(argument, namesOfSubcommands(chosen));
     return inQuotes(argument) + " is no subcommand" +
-           (meant.empty() ? "; " + giveSubcommand(program) : meant);
+           (meant.empty() ? "; " + giveSubcommand(chosen) : meant);
 }
 
 std::string wrongValue(const CLI::Option& option, const std::string& value) {
@@ -165,8 +166,9 @@ std::string excluded(CLI::App& program, const std::string& what) {
 }
 
 std::string missing(CLI::App& program, const std::string& what) {
-    if (program.get_subcommands().empty() && program.get_require_subcommand_min() > 0)
-        return "the subcommand is missing; " + giveSubcommand(program);
+    CLI::App& chosen = *parsedParts(program).back();
+    if (chosen.get_require_subcommand_min() > 0)
+        return "the subcommand is missing; " + giveSubcommand(chosen);
     const auto absent = optionsWith(
         program, [](const auto& option) { return option.get_required() && !isGiven(option); });
     if (absent.empty())
@@ -179,8 +181,15 @@ std::string missing(CLI::App& program, const std::string& what) {
 
 std::string chosenCommand(const CLI::App& program) {
     std::string words = program.get_name();
-    for (const CLI::App* subcommand : program.get_subcommands())
-        words += ' ' + subcommand->get_name();
+    const CLI::App* part = &program;
+    while (!part->get_subcommands().empty()) {
+        // The arguments of a part come before its subcommand.
+        for (const CLI::Option* option : part->get_options())
+            if (option->get_positional())
+                words += ' ' + option->get_name();
+        part = part->get_subcommands().front();
+        words += ' ' + part->get_name();
+    }
     return words;
 }
 

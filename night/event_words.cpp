@@ -1,5 +1,7 @@
 #include "night/event_words.h"
 
+#include "input/printable.h"
+
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
@@ -21,7 +23,7 @@ std::string valueInWords(const PropertyList& value) {
     if (const auto* real = value.as<double>())
         return fmt::format("{}", *real);
     if (const auto* string = value.as<std::string>())
-        return '"' + *string + '"';
+        return '"' + printable(*string) + '"';
     return "...";
 }
 
@@ -57,12 +59,15 @@ struct Words {
     std::string operator()(const SettingsChange& change) const {
         std::vector<std::string> changes;
         for (const auto& [key, setting] : change.changed)
-            changes.push_back(fmt::format("{} = {}", key, valueInWords(setting)));
+            changes.push_back(fmt::format("{} = {}", printable(key), valueInWords(setting)));
         return changes.empty() ? "The settings screen announces a change."
                                : fmt::format("Settings are changed: {}.", fmt::join(changes, ", "));
     }
     std::string operator()(const SettingsRemoval& removal) const {
-        return fmt::format("Settings are removed: {}.", fmt::join(removal.keys, ", "));
+        std::vector<std::string> keys;
+        for (const auto& key : removal.keys)
+            keys.push_back(printable(key));
+        return fmt::format("Settings are removed: {}.", fmt::join(keys, ", "));
     }
     std::string operator()(const AirplaneModeSwitch& change) const {
         return fmt::format("By hand: airplane mode {}.", onOff(change.on));

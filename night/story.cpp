@@ -6,6 +6,8 @@
 #include "night/event_words.h"
 #include "night/local_clock_text.h"
 #include "night/reading_words.h"
+#include "night/settings_words.h"
+#include "phones/model/phone_model.h"
 #include "platform/system_power.h"
 #include "platform/system_sounds.h"
 
@@ -25,39 +27,14 @@ std::string_view text(const Call& call) {
     return std::get<std::string_view>(call.arguments[0]);
 }
 
-std::string settingsInWords(const Settings& settings) {
-    if (!settings.enabled)
-        return "Settings: monitoring is off.";
-    std::vector<std::string> parts{fmt::format("a reading every {} s", settings.sleepTime),
-                                   fmt::format("lying screen {} (sensitivity {})",
-                                               settings.screenDown ? "down" : "up",
-                                               settings.sensitivity)};
-    if (settings.timeLimit)
-        parts.push_back(fmt::format("from {}:00 to {}:00", settings.startTime, settings.stopTime));
-    if (settings.enabledOnChargeOnly)
-        parts.push_back("on the charger only");
-
-    std::vector<std::string> off;
-    if (settings.airplaneSwitch) {
-        off.push_back("airplane mode");
-    } else {
-        if (settings.phoneSwitch)
-            off.push_back("phone off");
-        if (settings.wifiSwitch)
-            off.push_back("Wi-Fi off");
-        if (settings.bluetoothSwitch)
-            off.push_back("Bluetooth off");
-        if (settings.edgeSwitch)
-            off.push_back("cellular data off");
-        if (settings._3GSwitch)
-            off.push_back("3G off");
-        if (settings.locationSwitch)
-            off.push_back("location off");
-        if (off.empty())
-            off.push_back("no radio touched");
-    }
-    parts.push_back(fmt::format("when quiet: {}", fmt::join(off, ", ")));
-    return fmt::format("Settings: {}.", fmt::join(parts, "; "));
+/// What a call has read from a file. Null if it is not a dictionary.
+const Dictionary* dictionaryRead(const Call& call) {
+    if (!call.result)
+        return nullptr;
+    if (const auto* list = std::get_if<const PropertyList*>(call.result))
+        return (*list)->as<Dictionary>();
+    const auto* dictionary = std::get_if<const Dictionary*>(call.result);
+    return dictionary ? *dictionary : nullptr;
 }
 
 } // namespace
@@ -68,7 +45,10 @@ Story::Story(const Scenario& scenario, std::ostream& lines, bool systemLog) :
     out(lines),
     withLog(systemLog),
     lastReading(scenario.start.secondsSince1970),
-    wakeUps(scenario) {}
+    wakeUps(scenario) {
+    for (const auto& application : scenario.applications)
+        applications.push_back(application.identifier);
+}
 
 void Story::tell(Date at, const std::string& line) {
     const std::string day = dayText(zone, at);
@@ -141,6 +121,12 @@ void Story::called(const Call& call) {
                  "countdown counts as under way.");
         toldOfRefusal = true;
         askedToSleep = false;
+        break;
+    case Operation::initWithContentsOfFile:
+        // In a load the first call counts. The monitor reads the file again to fill in keys.
+        if (const auto* read = dictionaryRead(call);
+            read && !file && text(call) == settingsFilePath)
+            file = *read;
         break;
     case Operation::AudioServicesCreateSystemSoundID:
     case Operation::AudioServicesPlaySystemSound:
@@ -230,7 +216,10 @@ void Story::tellSettings(Date at) {
     else if (!filledIn.empty())
         tell(at, fmt::format("The settings lack {}: filled in, to count from the next change on.",
                              keys));
-    tell(at, settingsInWords(settings));
+    tell(at, settingsInWords(settings, file));
+    for (const auto& oddity : oddSettingsInWords(settings, file, applications))
+        tell(at, oddity);
+    file.reset();
     fileMade.reset();
     filledIn.clear();
     fileWasUnreadable = fillingInFailed = false;

@@ -66,7 +66,9 @@ private:
     bool fileWasUnreadable = false;
     bool fillingInFailed = false;
     std::vector<std::string> filledIn;
+    std::optional<Dictionary> file; ///< The settings file. Absent if it cannot be read.
     Settings settings = {};
+    std::vector<std::string> applications; ///< On the phone. Empty if they are not known.
 
     // Readings.
     std::optional<Reading> reading;             ///< The last one.

@@ -38,6 +38,14 @@ bool isInDeviceFolder(const fs::path& file) {
     return path.starts_with("/dev/fd/") || path.starts_with("/proc/") || path == "/dev/stderr";
 }
 
+/// Gives a file the owner and the group of another. Only root can give it to another user.
+void keepOwner(const fs::path& file, const fs::path& other) {
+    struct stat status {};
+    if (::stat(other.c_str(), &status) != 0)
+        return;
+    [[maybe_unused]] const int refused = ::chown(file.c_str(), status.st_uid, status.st_gid);
+}
+
 } // namespace
 
 bool OutputFile::isStandardOutput(const fs::path& place) {
@@ -80,6 +88,8 @@ OutputFile::OutputFile(const std::string& option, fs::path place,
         refuse(errno);
     close(descriptor);
     aside = name;
+    if (fs::exists(status))
+        keepOwner(aside, target);
     fs::permissions(aside, fs::exists(status) ? status.permissions() : newFilePermissions(),
                     ignored);
     bytes.open(aside, std::ios::binary | std::ios::trunc);

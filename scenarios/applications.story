@@ -1,7 +1,8 @@
 Saturday, 1 March 2014
 
 22:30:00  SpringBoard has launched; the monitor starts.
-          Settings: a reading every 5 s; lying screen down (sensitivity 5); when quiet: airplane mode.
+          Settings: a reading every 5 s; lying screen down (sensitivity 5); when quiet: airplane mode; applications to launch: com.apple.mobiletimer, com.example.sleeprecorder, com.example.hidden, com.example.notinstalled.
+          Odd: "launch-app-com.example.notinstalled" is on, but the phone does not have this application.
 23:30:00  The phone is laid down, screen down.
 23:30:01  Reading 1 of 3: lying screen down, 0.0° off.
           It plays the warning sound.

@@ -15,7 +15,7 @@ using enum SettingKey::Kind;
 constexpr std::array keys{
     SettingKey{"Enabled", onOff, 1, 0, 0, 1, "Noctara watches the phone"},
     SettingKey{"TimeLimit", onOff, 0, 0, 0, 1,
-               "the phone becomes quiet only between StartHour and StopHour"},
+               "the phone goes quiet only between StartHour and StopHour"},
     SettingKey{"StartHour", number, 21, 21, 0, 23, "the hour at which that time begins"},
     SettingKey{"StopHour", number, 7, 7, 0, 23, "the hour at which that time ends"},
     SettingKey{"EnableOnAC", onOff, 0, 0, 0, 1, "Noctara watches the phone only on the charger"},
@@ -40,9 +40,9 @@ constexpr std::array keys{
     SettingKey{"3GSwitch", onOff, 0, 0, 0, 1, "the fast data rate goes off"},
     SettingKey{"LocationSwitch", onOff, 0, 0, 0, 1, "location services go off"},
     SettingKey{"PlaySound", onOff, 1, 0, 0, 1,
-               "a warning sound before the phone becomes quiet, another when it is back"},
+               "a warning sound before the phone goes quiet, a return sound when it is back"},
     SettingKey{"Vibrate", onOff, 1, 0, 0, 1,
-               "the phone vibrates when it becomes quiet and when it is back"},
+               "the phone vibrates when it goes quiet and when it comes back"},
     SettingKey{"Debug", onOff, 0, 1, 0, 1, "Noctara writes what it does into the system log"},
     SettingKey{"Stop", onOff, 0, 0, 0, 1, "no effect"},
 };
@@ -63,6 +63,14 @@ std::optional<std::string_view> identifierInKey(std::string_view key) {
     if (!key.starts_with(applicationKeyPrefix))
         return std::nullopt;
     return key.substr(applicationKeyPrefix.size());
+}
+
+std::vector<std::string> applicationsToLaunch(const Dictionary& settings) {
+    std::vector<std::string> identifiers;
+    for (const auto& [key, value] : settings)
+        if (const auto identifier = identifierInKey(key); identifier && value.boolValue())
+            identifiers.emplace_back(*identifier);
+    return identifiers;
 }
 
 std::optional<std::string> nearestSettingKey(std::string_view misspelt) {

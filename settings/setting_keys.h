@@ -1,11 +1,14 @@
 /// The keys of the settings file.
 #pragma once
 
+#include "platform/property_list.h"
+
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace noctara {
 
@@ -35,11 +38,14 @@ std::span<const SettingKey> settingKeys();
 const SettingKey* findSettingKey(std::string_view name);
 
 /// A switch with this beginning and the identifier of an application: the application is launched
-/// when the phone becomes quiet. Off if it is missing.
+/// when the phone goes quiet. Off if it is missing.
 inline constexpr std::string_view applicationKeyPrefix = "launch-app-";
 
 /// The identifier in the key of an application, which may be empty. Absent for other keys.
 std::optional<std::string_view> identifierInKey(std::string_view key);
+
+/// The identifiers in the keys of applications that are on, in the order of the file.
+std::vector<std::string> applicationsToLaunch(const Dictionary& settings);
 
 /// The key that a misspelt one probably stands for, be it that of an application.
 std::optional<std::string> nearestSettingKey(std::string_view misspelt);

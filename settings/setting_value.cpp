@@ -59,7 +59,11 @@ std::optional<std::int64_t> integerIn(std::string_view text) {
                                                    fmt::join(names, ", "), applicationKeyPrefix)));
 }
 
-void checkApplicationKey(const std::string& option, std::string_view key) {
+} // namespace
+
+void checkSettingKey(const std::string& option, std::string_view key) {
+    if (findSettingKey(key))
+        return;
     const auto identifier = identifierInKey(key);
     if (!identifier)
         refuseKey(option, key);
@@ -72,13 +76,10 @@ void checkApplicationKey(const std::string& option, std::string_view key) {
                                    option, inQuotes(key), applicationKeyPrefix));
 }
 
-} // namespace
-
 PropertyList parseSettingValue(const std::string& option, std::string_view key,
                                std::string_view text) {
+    checkSettingKey(option, key);
     const SettingKey* const known = findSettingKey(key);
-    if (!known)
-        checkApplicationKey(option, key);
     const std::string name = known ? std::string(key) : inQuotes(key);
     if (!known || known->kind == SettingKey::Kind::onOff) {
         if (const auto truth = truthIn(text))

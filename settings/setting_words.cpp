@@ -32,6 +32,15 @@ std::string settingInWords(const SettingKey& key, std::int32_t value) {
     return key.kind == SettingKey::Kind::onOff ? onOff(value != 0) : std::to_string(value);
 }
 
+std::string missingInWords(const SettingKey& key) {
+    const std::string standard = settingInWords(key, key.standard);
+    if (key.whenMissing == key.standard)
+        return fmt::format("it counts as {}, its default", standard);
+    return fmt::format("it counts as {} when the home screen starts, and as {}, its default, from "
+                       "the next change of the settings on",
+                       settingInWords(key, key.whenMissing), standard);
+}
+
 std::string valueInWords(const PropertyList& value) {
     return std::visit(Words(), value.variant());
 }

@@ -11,6 +11,9 @@ namespace noctara {
 /// "on" or "off" for a switch, otherwise the digits. For the numbers of the table of keys.
 std::string settingInWords(const SettingKey& key, std::int32_t value);
 
+/// What it means that a file lacks the key: "it counts as 21, its default".
+std::string missingInWords(const SettingKey& key);
+
 /// A value from a file: "on", "5", "the text \"five\"", "a date". Without control characters.
 std::string valueInWords(const PropertyList& value);
 

@@ -30,7 +30,7 @@ std::string hourInWords(std::int32_t hour) {
     return hour == 0 || hour == 24 ? "midnight" : fmt::format("{}:00", hour);
 }
 
-/// When the time limit lets the phone become quiet. Both hours are on the current day; an hour
+/// When the time limit lets the phone go quiet. Both hours are on the current day; an hour
 /// outside 0 to 23 is on another day.
 std::string windowInWords(std::int32_t start, std::int32_t stop) {
     constexpr std::int32_t wholeDay = 24;
@@ -52,10 +52,10 @@ std::string windowInWords(std::int32_t start, std::int32_t stop) {
         to = from;
     }
     if (from == to)
-        return "the phone never becomes quiet";
+        return "the phone never goes quiet";
     if (from == 0 && to == wholeDay)
-        return "the phone becomes quiet at any hour";
-    return fmt::format("the phone becomes quiet only from {} to {}", hourInWords(from),
+        return "the phone goes quiet at any hour";
+    return fmt::format("the phone goes quiet only from {} to {}", hourInWords(from),
                        hourInWords(to));
 }
 
@@ -64,7 +64,7 @@ std::string sensitivityInWords(std::int32_t sensitivity) {
     if (std::isinf(degrees))
         return "the phone lies at any tilt";
     if (degrees < 0)
-        return "no tilt counts as lying, and the phone never becomes quiet";
+        return "no tilt counts as lying, and the phone never goes quiet";
     return fmt::format("the phone may be tilted by {:.2g}° at most", degrees);
 }
 
@@ -117,15 +117,8 @@ std::optional<Oddity> oddityOfNumber(const Dictionary& settings, const SettingKe
 }
 
 Oddity oddityOfMissing(const SettingKey& key) {
-    const std::string standard = settingInWords(key, key.standard);
-    if (key.whenMissing == key.standard)
-        return {Oddity::Kind::missingKey,
-                fmt::format("{} is missing: it counts as {}, its default.", key.name, standard)};
-    return {
-        Oddity::Kind::missingKey,
-        fmt::format("{} is missing: it counts as {} when the home screen starts, and as {}, its "
-                    "default, from the next change of the settings on.",
-                    key.name, settingInWords(key, key.whenMissing), standard)};
+    return {Oddity::Kind::missingKey,
+            fmt::format("{} is missing: {}.", key.name, missingInWords(key))};
 }
 
 Oddity oddityOfUnknown(std::string_view key) {
@@ -174,7 +167,7 @@ std::vector<Oddity> checkSettings(const Dictionary& settings,
     if (countedAs(settings, "TimeLimit") && hour == countedAs(settings, "StopHour"))
         add(Oddity{Oddity::Kind::emptyWindow,
                    fmt::format("StartHour and StopHour are both {}: with TimeLimit on, the phone "
-                               "never becomes quiet.",
+                               "never goes quiet.",
                                hour)});
     for (const auto& [key, value] : settings) {
         if (const auto identifier = identifierInKey(key))

@@ -13,7 +13,7 @@ struct Oddity {
         unknownKey,
         wrongType,   ///< For example a text where a switch is expected.
         outOfRange,  ///< A number that the settings page could not write.
-        emptyWindow, ///< The phone never becomes quiet, because the time limit allows no hour.
+        emptyWindow, ///< The phone never goes quiet, because the time limit allows no hour.
         missingKey,
         absentApplication, ///< It is to be launched, and the phone does not have it.
     };

@@ -97,6 +97,24 @@ TEST(TheTypicalNight, is_the_story_in_the_readme) {
         testing::HasSubstr("```\n" + contents(root / "scenarios/typical-night.story") + "```\n"));
 }
 
+TEST(TheCompleteExample, of_the_manual_goes_quiet_and_everything_comes_back) {
+    const std::string manual = contents(root / "docs/scenarios.md");
+    const std::string fence = "```toml\n";
+    const std::size_t begin = manual.find(fence) + fence.size();
+    const TemporaryFolder folder;
+    NightOptions options;
+    options.scenario = folder.path / "example.toml";
+    std::ofstream(*options.scenario) << manual.substr(begin, manual.find("```", begin) - begin);
+    const Played example = play(options);
+    EXPECT_EQ(example.exitCode, 0);
+    EXPECT_THAT(example.story, testing::HasSubstr("launches com.apple.mobiletimer, switches "
+                                                  "airplane mode on.\n"));
+    EXPECT_THAT(example.story, testing::HasSubstr("The phone is quiet.\n"));
+    EXPECT_THAT(example.story, testing::HasSubstr("The phone is back.\n"));
+    EXPECT_THAT(example.story, testing::Not(testing::HasSubstr("Odd: ")));
+    EXPECT_THAT(example.story, testing::Not(testing::HasSubstr("The settings lack")));
+}
+
 TEST(ANightOnTheCommandLine, tells_the_log_lines_when_asked) {
     NightOptions options = night("first-night");
     options.log = true;

@@ -145,12 +145,12 @@ TEST_F(TheSettingsPage, writes_the_file_that_the_monitor_reads_and_announces_it_
 
 TEST_F(TheSettingsPage, offers_numbers_under_titles_that_say_what_the_monitor_makes_of_them) {
     for (const char* key : {"StartHour", "StopHour"}) {
-        std::int32_t hour = 0;
+        std::int32_t expected = 0;
         for (const auto& [value, title] : choices(key)) {
-            EXPECT_EQ(value, hour++);
+            EXPECT_EQ(value, expected++);
             EXPECT_EQ(title, std::to_string(value) + ":00");
         }
-        EXPECT_EQ(hour, 24);
+        EXPECT_EQ(expected, 24);
     }
 
     std::int32_t sensitivity = 0;

@@ -2,9 +2,12 @@
 #include "settings/setting_keys.h"
 
 #include "phones/model/property_list_file.h"
+#include "settings/setting_words.h"
 #include "tests/a_night.h"
 
+#include <fstream>
 #include <map>
+#include <sstream>
 #include <string_view>
 
 namespace noctara {
@@ -112,6 +115,20 @@ TEST_F(ASettingKey, has_the_default_and_the_range_of_the_settings_page) {
         }
     }
     EXPECT_EQ(cells + 1, settingKeys().size()) << "the page has all keys but Stop";
+}
+
+TEST_F(ASettingKey, is_in_the_manual_if_it_does_not_count_as_its_default_when_it_is_missing) {
+    std::ostringstream text;
+    text << std::ifstream(NOCTARA_SOURCE_DIR "/docs/settings.md").rdbuf();
+    const std::string manual = text.str();
+    const std::string missing = manual.substr(manual.find("### Missing settings"));
+    for (const auto& key : settingKeys()) {
+        const std::string row = "| `" + std::string(key.name) + "` | ";
+        const std::string meaning = row + settingInWords(key, key.whenMissing);
+        const bool isTold = key.whenMissing != key.standard;
+        EXPECT_EQ(missing.find(row) != missing.npos, isTold) << row;
+        EXPECT_EQ(missing.find(meaning) != missing.npos, isTold) << meaning;
+    }
 }
 
 TEST_F(ASettingKey, of_an_application_holds_its_identifier) {

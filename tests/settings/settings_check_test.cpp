@@ -107,7 +107,7 @@ TEST(ASensitivityOutOfRange, is_told_by_the_tilt_that_it_allows) {
     for (const std::int32_t never : {-2, std::numeric_limits<std::int32_t>::max()})
         EXPECT_EQ(oddityOf({{"Sensitivity", never}}),
                   "Sensitivity is " + std::to_string(never) +
-                      ", not 0 to 9: no tilt counts as lying, and the phone never becomes quiet.");
+                      ", not 0 to 9: no tilt counts as lying, and the phone never goes quiet.");
 }
 
 TEST(AScanIntervalOutOfRange, is_told_by_the_readings_that_it_causes) {
@@ -135,22 +135,22 @@ struct Window {
 TEST(AnHourOutOfRange, is_told_by_the_hours_that_it_allows) {
     for (const auto& [start, stop, meaning] : {
              Window{24, 7,
-                    "StartHour is 24, not 0 to 23: with TimeLimit on, the phone becomes "
+                    "StartHour is 24, not 0 to 23: with TimeLimit on, the phone goes "
                     "quiet only from midnight to 7:00."},
              Window{24, 0,
                     "StartHour is 24, not 0 to 23: with TimeLimit on, the phone never "
-                    "becomes quiet."},
+                    "goes quiet."},
              Window{-3, 7,
-                    "StartHour is -3, not 0 to 23: with TimeLimit on, the phone becomes "
+                    "StartHour is -3, not 0 to 23: with TimeLimit on, the phone goes "
                     "quiet only from midnight to 7:00."},
              Window{21, -1,
-                    "StopHour is -1, not 0 to 23: with TimeLimit on, the phone becomes "
+                    "StopHour is -1, not 0 to 23: with TimeLimit on, the phone goes "
                     "quiet only from 21:00 to midnight."},
              Window{21, 24,
-                    "StopHour is 24, not 0 to 23: with TimeLimit on, the phone becomes "
+                    "StopHour is 24, not 0 to 23: with TimeLimit on, the phone goes "
                     "quiet only from 21:00 to midnight."},
              Window{0, 24,
-                    "StopHour is 24, not 0 to 23: with TimeLimit on, the phone becomes "
+                    "StopHour is 24, not 0 to 23: with TimeLimit on, the phone goes "
                     "quiet at any hour."},
          })
         EXPECT_EQ(oddityOf({{"StartHour", start}, {"StopHour", stop}}), meaning);
@@ -170,14 +170,14 @@ protected:
                 hours.push_back(hour);
         }
         if (hours.empty())
-            return "the phone never becomes quiet.";
+            return "the phone never goes quiet.";
         if (hours.size() == 24)
-            return "the phone becomes quiet at any hour.";
+            return "the phone goes quiet at any hour.";
         EXPECT_EQ(hours.back() - hours.front() + 1, static_cast<int>(hours.size()));
         const auto word = [](int hour) {
             return hour % 24 == 0 ? "midnight" : std::to_string(hour) + ":00";
         };
-        return "the phone becomes quiet only from " + word(hours.front()) + " to " +
+        return "the phone goes quiet only from " + word(hours.front()) + " to " +
                word(hours.back() + 1) + '.';
     }
 };
@@ -193,9 +193,9 @@ TEST_F(HoursOutOfRange, are_told_as_the_monitor_counts_them) {
 }
 
 TEST(TwoHoursOutOfRange, are_both_told) {
-    const std::string never = ", not 0 to 23: with TimeLimit on, the phone never becomes quiet.";
+    const std::string never = ", not 0 to 23: with TimeLimit on, the phone never goes quiet.";
     const std::string always =
-        ", not 0 to 23: with TimeLimit on, the phone becomes quiet at any hour.";
+        ", not 0 to 23: with TimeLimit on, the phone goes quiet at any hour.";
     EXPECT_THAT(textsOf(fullSettings({{"StartHour", 30}, {"StopHour", -2}})),
                 ElementsAre("StartHour is 30" + never, "StopHour is -2" + never));
     EXPECT_THAT(textsOf(fullSettings({{"StartHour", -1}, {"StopHour", -2}})),
@@ -208,7 +208,7 @@ TEST(TwoHoursOutOfRange, are_both_told) {
 
 TEST(AnEmptyWindow, is_odd_only_with_the_time_limit) {
     EXPECT_EQ(oddityOf({{"TimeLimit", true}, {"StartHour", 7}}),
-              "StartHour and StopHour are both 7: with TimeLimit on, the phone never becomes "
+              "StartHour and StopHour are both 7: with TimeLimit on, the phone never goes "
               "quiet.");
     EXPECT_EQ(oddityOf({{"TimeLimit", false}, {"StartHour", 7}}), "");
 }

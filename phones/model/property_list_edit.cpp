@@ -1,0 +1,64 @@
+#include "phones/model/property_list_edit.h"
+
+#include "phones/model/property_list_file.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+
+#include <plist/plist.h>
+
+namespace noctara {
+
+namespace {
+
+struct Freeing {
+    void operator()(char* memory) const { std::free(memory); }
+};
+
+struct NodeFreeing {
+    void operator()(void* node) const { plist_free(node); }
+};
+
+/// A binary list stays one of libplist's nodes, because a PropertyList does not hold all of it: the
+/// fraction of a date, for example, is rounded.
+std::string changedBinary(std::string_view bytes, const std::string& key,
+                          const std::optional<PropertyList>& value) {
+    plist_t top = nullptr;
+    plist_from_bin(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &top);
+    const std::unique_ptr<void, NodeFreeing> ownedTop(top);
+    if (value) {
+        const std::string xml = propertyListXml(*value);
+        plist_t item = nullptr;
+        plist_from_xml(xml.data(), static_cast<std::uint32_t>(xml.size()), &item);
+        plist_dict_set_item(top, key.c_str(), item);
+    } else {
+        plist_dict_remove_item(top, key.c_str());
+    }
+    char* binary = nullptr;
+    std::uint32_t length = 0;
+    plist_to_bin(top, &binary, &length);
+    const std::unique_ptr<char, Freeing> ownedBinary(binary);
+    return binary ? std::string(binary, length) : std::string();
+}
+
+} // namespace
+
+std::optional<std::string> changedPropertyList(std::string_view bytes, const std::string& key,
+                                               const std::optional<PropertyList>& value) {
+    auto parsed = parsePropertyList(bytes);
+    auto* const dictionary = parsed.value ? parsed.value->as<Dictionary>() : nullptr;
+    if (!dictionary)
+        return std::nullopt;
+    if (value)
+        dictionary->set(key, *value);
+    else
+        dictionary->remove(key);
+    std::string changed = bytes.starts_with("bplist00") ? changedBinary(bytes, key, value)
+                                                        : propertyListXml(*dictionary);
+    if (parsePropertyList(changed).value != *parsed.value)
+        return std::nullopt;
+    return changed;
+}
+
+} // namespace noctara
