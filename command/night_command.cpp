@@ -2,6 +2,10 @@
 
 #include "command/night_player.h"
 #include "host/host.h"
+#include "input/bad_input.h"
+#include "live/live_night.h"
+#include "live/terminal.h"
+#include "live/watch_night.h"
 #include "night/night_files.h"
 #include "night/night_report.h"
 #include "output/interruption.h"
@@ -9,6 +13,11 @@
 #include "phones/simulated/simulated_phone.h"
 
 #include <algorithm>
+#include <fmt/format.h>
+#include <functional>
+#include <memory>
+#include <sstream>
+#include <utility>
 
 namespace noctara {
 
@@ -23,6 +32,15 @@ void tellOfLateEvents(const Scenario& scenario, std::ostream& complaints) {
         complaints << late << " events are after the end of the night and are not played\n";
 }
 
+/// A live night has the terminal to itself.
+void requireTerminalForLive(const NightOptions& options) {
+    requireTerminal("--live");
+    if (options.trace &&
+        (OutputFile::isStandardOutput(*options.trace) || isTerminal(*options.trace)))
+        throw BadInput(fmt::format("--trace: {} is a terminal, which --live fills; give a file",
+                                   inQuotes(options.trace->string())));
+}
+
 std::unique_ptr<FileStore> fileStore(const NightOptions& options) {
     if (!options.root)
         return makeMemoryFileStore();
@@ -33,7 +51,17 @@ std::unique_ptr<FileStore> fileStore(const NightOptions& options) {
     return store;
 }
 
-int play(const NightOptions& options, std::ostream& out, std::ostream& complaints) {
+/// A night that is about to begin. The report goes on observing the phone.
+struct BegunNight {
+    const NightInput& input;
+    std::unique_ptr<SimulatedPhone> phone;
+    NightReport& report;
+};
+
+/// Reads the inputs, begins the report and lets `play` do the rest. Nothing is written before all
+/// inputs have been found good.
+int begin(const NightOptions& options, std::ostream& story, std::ostream& complaints,
+          const std::function<int(BegunNight)>& play) {
     const NightInput input = readNightInput(options, complaints);
     std::optional<OutputFile> trace;
     if (options.trace)
@@ -42,11 +70,10 @@ int play(const NightOptions& options, std::ostream& out, std::ostream& complaint
         prepareRoot(*options.root);
     tellOfLateEvents(input.scenario, complaints);
 
-    std::ostream nowhere(nullptr);
-    std::ostream& story = options.json ? nowhere : out;
     auto phone = makePhone(input, fileStore(options));
+    SimulatedPhone& made = *phone;
     NightReport report(
-        input.scenario, [&] { return phone->now(); }, story, options.log,
+        input.scenario, [&made] { return made.now(); }, story, options.log,
         trace ? &*trace : nullptr);
     phone->observe(report);
     monitorObserver = &report;
@@ -55,25 +82,48 @@ int play(const NightOptions& options, std::ostream& out, std::ostream& complaint
                                      input.motion->remarks);
     if (input.scenario.phone.bundle != springBoardBundle)
         report.story.tellOfInertness();
-    std::optional<std::string> wrong;
-    try {
-        wrong = playNight(*phone);
-    } catch (const Interruption&) {
-        // The report says so.
-    }
-    report.endNight(wrong);
-    phone.reset();
-    return report.finish(wasInterrupted() ? Retry() : retryOf(input),
-                         options.json ? SummaryForm::json : SummaryForm::text, out);
+    return play({input, std::move(phone), report});
+}
+
+int playWhole(const NightOptions& options, std::ostream& out, std::ostream& complaints) {
+    std::ostream nowhere(nullptr);
+    return begin(options, options.json ? nowhere : out, complaints, [&](BegunNight night) {
+        std::optional<std::string> wrong;
+        try {
+            wrong = playNight(*night.phone);
+        } catch (const Interruption&) {
+            // The report says so.
+        }
+        night.report.endNight(wrong);
+        night.phone.reset();
+        return night.report.finish(wasInterrupted() ? Retry() : retryOf(night.input),
+                                   options.json ? SummaryForm::json : SummaryForm::text, out);
+    });
+}
+
+int playLive(const NightOptions& options, std::ostream& out, std::ostream& complaints) {
+    requireTerminalForLive(options);
+    std::ostringstream story; // It is shown while the night is played, but not printed.
+    return begin(options, story, complaints, [&](BegunNight night) {
+        LiveNight live(night.input.scenario, *night.phone, night.report, story);
+        const WatchedNight watched = watchNight(live, options.speed);
+        night.report.endNight(watched.wrong);
+        const NightInput asPlayed{live.asPlayed(), night.input.motion, night.input.motionBegins};
+        night.phone.reset();
+        const int exitCode = night.report.finish(retryOf(asPlayed), SummaryForm::text, out);
+        return watched.signal ? 128 + *watched.signal : exitCode;
+    });
 }
 
 } // namespace
 
 int playNight(const NightOptions& options, std::ostream& out, std::ostream& complaints) {
+    if (options.live)
+        return playLive(options, out, complaints);
     // The lines of a trace must not be mixed with those of the story.
     const bool traceIsOutput = options.trace && OutputFile::isStandardOutput(*options.trace);
     return untilInterrupted(
-        out, [&] { return play(options, traceIsOutput ? complaints : out, complaints); });
+        out, [&] { return playWhole(options, traceIsOutput ? complaints : out, complaints); });
 }
 
 } // namespace noctara

@@ -2,12 +2,17 @@
 #include "command/night_command.h"
 #include "command/setting_sweep.h"
 #include "command/shared_options.h"
+#include "input/bad_input.h"
 #include "input/completion.h"
+#include "live/controls.h"
 
 #include <CLI/CLI.hpp>
 
+#include <charconv>
 #include <iostream>
 #include <memory>
+#include <string>
+#include <system_error>
 
 namespace noctara {
 
@@ -22,6 +27,23 @@ void addNightCommand(CLI::App& app, Action& action) {
             ->type_name(""),
         ".toml");
     command.add_flag("--log", options->log, "print the lines of the system log as well");
+    auto* const live = command.add_flag(
+        "--live", options->live,
+        "show the night on the terminal while it is played, with keys to act on the phone");
+    command
+        .add_option("--speed", options->speed,
+                    "how many times faster than real time a live night goes by: 0.1 to 86400; "
+                    "default: 600, ten minutes a second")
+        ->type_name("TIMES")
+        ->check([](const std::string& text) {
+            double speed = 0;
+            const auto end = text.data() + text.size();
+            const auto [rest, error] = std::from_chars(text.data(), end, speed);
+            const bool isSpeed =
+                error == std::errc() && rest == end && speed >= slowest && speed <= fastest;
+            return isSpeed ? "" : inQuotes(text) + " is no number from 0.1 to 86400";
+        })
+        ->needs(live);
     command
         .add_option("--trace", options->trace,
                     "write every call of the monitor and every event to this file, as "
@@ -44,6 +66,8 @@ void addNightCommand(CLI::App& app, Action& action) {
     addNightInputOptions(command, *options);
     for (const char* whole : {"--log", "--trace", "--root"})
         command.get_option("--sweep")->excludes(command.get_option(whole));
+    for (const char* withoutStory : {"--sweep", "--json"})
+        live->excludes(command.get_option(withoutStory));
     command.callback([&action, options, sweep] {
         action = [options, sweep] {
             if (*sweep)

@@ -92,6 +92,10 @@ void SimulatedPhone::playReadings(int count) {
 
 void SimulatedPhone::playToTheEnd() {
     playUntil({end});
+    endHere();
+}
+
+void SimulatedPhone::endHere() {
     monitorThread.reset();
     files.writeSystemFiles();
 }

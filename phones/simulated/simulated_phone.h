@@ -43,6 +43,9 @@ public:
     /// Plays the rest of the scenario. Ends the monitor thread even if it is in a wait.
     void playToTheEnd();
 
+    /// Ends the scenario here, before its end. Nothing can be played after that.
+    void endHere();
+
     /// Runs `work` as the monitor thread.
     void asMonitorThread(const std::function<void()>& work);
 

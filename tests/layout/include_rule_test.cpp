@@ -38,9 +38,12 @@ const std::vector<Rule> rules{
     {"phones/stand_in",
      {"platform", "input", "output", "phones/model", "night", "phones/springboard"}},
     {"phones/emulated", {"platform", "input", "output", "phones/model", "night"}},
+    {"live",
+     {"platform", "monitor", "host", "input", "phones/model", "settings", "night",
+      "phones/simulated"}},
     {"command",
      {"platform", "radios", "monitor", "host", "input", "output", "phones/model", "settings",
-      "night", "recording", "phones/simulated", "phones/replay"}},
+      "night", "recording", "phones/simulated", "phones/replay", "live"}},
 };
 
 const std::set<std::string> standardHeaders{
