@@ -236,8 +236,9 @@ TEST(TheLiveNight, is_refused_without_a_terminal) {
         const Played outcome = noctara::run("bash -o pipefail -c \"'" NOCTARA_COMMAND "' " +
                                             std::string(arguments) + "\"");
         EXPECT_EQ(outcome.exitCode, 2);
-        EXPECT_THAT(outcome.output, testing::MatchesRegex("noctara: --live: standard .*put is not "
-                                                          "a terminal; [^\n]*\n"));
+        EXPECT_THAT(outcome.output,
+                    testing::MatchesRegex("noctara: night: --live: standard .*put is not "
+                                          "a terminal; [^\n]*\n"));
     }
 }
 
