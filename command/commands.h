@@ -1,7 +1,9 @@
 /// The subcommands of `noctara`: each function adds one with its options to the command line.
 ///
 /// The help, the man page and the completions of the shells are made from these declarations. What
-/// a shell offers for the value of an option is declared there too: see input/completion.h.
+/// a shell offers for the value of an option is declared there too: see input/completion.h. A
+/// description is a clause that begins with a small letter; shells show it up to its first
+/// semicolon.
 #pragma once
 
 #include <functional>

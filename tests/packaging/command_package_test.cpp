@@ -1,4 +1,6 @@
-/// The man page and the completion of the command agree with its help.
+/// The man page and the completions that are made for the package agree with the help of the
+/// command.
+#include "input/temporary_folder.h"
 #include "tests/programs.h"
 
 #include <gmock/gmock.h>
@@ -47,7 +49,7 @@ Words optionsOf(const std::string& subcommand) {
 
 /// The values that an option accepts, from the error message for another value.
 Words choicesOf(const std::string& option) {
-    const auto refusal = noctara("night " + option + " furlong");
+    const auto refusal = noctara("detect x.csv " + option + " furlong");
     const std::string before = "is none of: ";
     const auto list = refusal.find(before);
     if (list == refusal.npos)
@@ -56,19 +58,30 @@ Words choicesOf(const std::string& option) {
     return wordsIn(refusal.substr(start, refusal.find(" (", start) - start), "([^ ,]+)");
 }
 
+/// The folder with the man page and the completions.
+std::string documentation() {
+    static const noctara::TemporaryFolder folder("documentation");
+    static const std::string made =
+        outputOf("'" NOCTARA_DOCUMENTATION "' '" NOCTARA_SOURCE_DIR
+                 "/packaging/command/noctara.1.in' 'November 22, 2026' '" +
+                 folder.path.string() + "' 2>&1");
+    EXPECT_EQ(made, "");
+    return folder.path.string();
+}
+
 /// The completions of the last of these shell words.
 Words completed(const std::string& words) {
     return wordsIn(outputOf("cd '" NOCTARA_SOURCE_DIR "' && bash -c '"
                             "source \"$0\"; COMP_WORDS=(noctara \"$@\"); COMP_CWORD=$#; "
                             "_noctara; printf \"%s\\n\" \"${COMPREPLY[@]}\"' "
-                            "packaging/command/completion.bash " +
-                            words),
+                            "'" +
+                            documentation() + "/noctara.bash' " + words),
                    "(.+)");
 }
 
 /// The sections of the man page's source, by their headings.
 std::map<std::string, std::string> sectionsOfManPage() {
-    std::ifstream in(NOCTARA_SOURCE_DIR "/packaging/command/noctara.1");
+    std::ifstream in(documentation() + "/noctara.1");
     std::map<std::string, std::string> sections;
     std::string heading;
     for (std::string line; std::getline(in, line);)
@@ -80,7 +93,7 @@ std::map<std::string, std::string> sectionsOfManPage() {
 }
 
 TEST(TheHelp, is_read_by_these_tests) {
-    EXPECT_EQ(subcommands(), (Words{"capabilities", "detect", "night", "replay"}));
+    EXPECT_THAT(subcommands(), IsSupersetOf({"capabilities", "detect", "help", "night", "replay"}));
     EXPECT_EQ(optionsOf("capabilities"), (Words{"--help"}));
     EXPECT_THAT(optionsOf("night"), IsSupersetOf({"--help", "--motion-at", "--timezone"}));
     EXPECT_EQ(choicesOf("--axes"), (Words{"android", "ios"}));
@@ -106,21 +119,34 @@ TEST(TheManPage, tells_the_choices_of_options_and_the_exit_codes) {
     const auto sections = sectionsOfManPage();
     for (const char* option : {"--unit", "--axes"})
         for (const auto& choice : choicesOf(option))
-            EXPECT_THAT(sections.at("noctara night"), HasSubstr(".Cm " + choice)) << option;
+            EXPECT_THAT(sections.at("noctara night"), HasSubstr(choice)) << option;
     const auto help = noctara("--help");
     EXPECT_EQ(wordsIn(sections.at("EXIT STATUS"), "^\\.It ([0-9])$"),
               wordsIn(help.substr(help.find("Exit codes:")), "([0-9])"));
 }
 
+TEST(TheManPage, has_no_fault_of_form) {
+    EXPECT_EQ(outputOf("mandoc -T lint -W warning '" + documentation() + "/noctara.1' 2>&1"), "");
+    EXPECT_EQ(outputOf("man --warnings -l '" + documentation() + "/noctara.1' 2>&1 >/dev/null"),
+              "");
+}
+
+TEST(TheManPage, shows_hyphens_and_lines_that_begin_with_a_dot_as_they_are) {
+    const auto shown = outputOf("mandoc -T ascii '" + documentation() + "/noctara.1' | col -b");
+    EXPECT_THAT(shown, HasSubstr("--trace FILE"));
+    EXPECT_THAT(shown, HasSubstr("z = -1 g"));
+    EXPECT_THAT(shown, HasSubstr("Sensitivity=0..9"));
+}
+
 TEST(TheCompletion, is_registered_for_the_command) {
-    EXPECT_EQ(outputOf("bash -c 'source \"$0\"; complete -p noctara' "
-                       "'" NOCTARA_SOURCE_DIR "/packaging/command/completion.bash'"),
+    EXPECT_EQ(outputOf("bash -c 'source \"$0\"; complete -p noctara' '" + documentation() +
+                       "/noctara.bash'"),
               "complete -F _noctara noctara\n");
 }
 
 TEST(TheCompletion, offers_the_subcommands_and_the_options_of_each) {
     Words first = subcommands();
-    first.insert({"-h", "--help"});
+    first.insert({"-h", "--help", "--version"});
     EXPECT_EQ(completed("''"), first);
     EXPECT_EQ(completed("n"), Words{"night"});
     for (const auto& subcommand : subcommands()) {
@@ -151,6 +177,43 @@ TEST(TheCompletion, offers_the_files_that_fit_and_the_folders_on_the_way) {
     EXPECT_EQ(completed("night --trace docs/tr"), Words{"docs/trace.md"});
     EXPECT_EQ(completed("night --root READ"), Words{});
     EXPECT_EQ(completed("night --start 2"), Words{});
+}
+
+TEST(TheCompletions, are_read_by_their_shells_without_an_error) {
+    for (const char* check : {"bash -n noctara.bash", "zsh -n _noctara", "fish -n noctara.fish"})
+        EXPECT_EQ(outputOf("cd '" + documentation() + "' && " + check + " 2>&1 && echo fine"),
+                  "fine\n")
+            << check;
+}
+
+/// What fish offers for a command line, without the descriptions.
+Words completedInFish(const std::string& line) {
+    return wordsIn(outputOf("cd '" NOCTARA_SOURCE_DIR "' && HOME=/nonexistent fish --no-config -c "
+                            "\"source '" +
+                            documentation() + "/noctara.fish'; complete -C'" + line + "'\" 2>&1"),
+                   "^([^\\t\\n]+)");
+}
+
+TEST(TheCompletionOfFish, offers_the_subcommands_the_options_and_their_choices) {
+    EXPECT_EQ(completedInFish("noctara "), subcommands());
+    EXPECT_EQ(completedInFish("noctara night --"), optionsOf("night"));
+    EXPECT_EQ(completedInFish("noctara night --unit "), choicesOf("--unit"));
+    EXPECT_EQ(completedInFish("noctara night --timezone Europe/Pari"), Words{"Europe/Paris"});
+    EXPECT_THAT(completedInFish("noctara night scenarios/typical"),
+                IsSupersetOf({"scenarios/typical-night.toml"}));
+}
+
+TEST(TheCompletionOfZsh, names_every_option_of_every_subcommand) {
+    std::ifstream in(documentation() + "/_noctara");
+    const std::string text(std::istreambuf_iterator<char>(in), {});
+    for (const auto& subcommand : subcommands()) {
+        const auto begin = text.find("\n    " + subcommand + ")\n");
+        ASSERT_NE(begin, text.npos) << subcommand;
+        Words options = wordsIn(text.substr(begin, text.find(";;", begin) - begin),
+                                "^            '\\*?(--[a-z-]+)");
+        options.insert("--help");
+        EXPECT_EQ(options, optionsOf(subcommand));
+    }
 }
 
 } // namespace
