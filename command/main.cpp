@@ -1,10 +1,12 @@
 /// The `noctara` command. Exit codes: 0 fine, 1 the run found something wrong, 2 bad input.
 #include "command/program.h"
 #include "input/command_line.h"
+#include "output/terminal_text.h"
 
 #include <CLI/CLI.hpp>
 
 int main(int count, char** arguments) {
+    const auto terminal = noctara::terminalText();
     CLI::App app;
     noctara::Action action;
     noctara::describeProgram(app, action);

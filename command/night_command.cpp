@@ -87,18 +87,19 @@ int begin(const NightOptions& options, std::ostream& story, std::ostream& compla
 
 int playWhole(const NightOptions& options, std::ostream& out, std::ostream& complaints) {
     std::ostream nowhere(nullptr);
-    return begin(options, options.json ? nowhere : out, complaints, [&](BegunNight night) {
-        std::optional<std::string> wrong;
-        try {
-            wrong = playNight(*night.phone);
-        } catch (const Interruption&) {
-            // The report says so.
-        }
-        night.report.endNight(wrong);
-        night.phone.reset();
-        return night.report.finish(wasInterrupted() ? Retry() : retryOf(night.input),
-                                   options.json ? SummaryForm::json : SummaryForm::text, out);
-    });
+    return begin(
+        options, options.json || options.quiet ? nowhere : out, complaints, [&](BegunNight night) {
+            std::optional<std::string> wrong;
+            try {
+                wrong = playNight(*night.phone);
+            } catch (const Interruption&) {
+                // The report says so.
+            }
+            night.report.endNight(wrong);
+            night.phone.reset();
+            return night.report.finish(wasInterrupted() ? Retry() : retryOf(night.input),
+                                       options.json ? SummaryForm::json : SummaryForm::text, out);
+        });
 }
 
 int playLive(const NightOptions& options, std::ostream& out, std::ostream& complaints) {

@@ -11,7 +11,8 @@ namespace noctara {
 
 struct NightOptions : NightInputOptions {
     bool log = false;
-    bool json = false; ///< Print only the summary, as JSON.
+    bool quiet = false; ///< Without the story.
+    bool json = false;  ///< Print only the summary, as JSON.
     std::optional<std::filesystem::path> trace;
     bool live = false;  ///< Show the night on the terminal while it is played.
     double speed = 600; ///< Of a live night, times real time.

@@ -44,6 +44,8 @@ void addNightCommand(CLI::App& app, Action& action) {
             return isSpeed ? "" : inQuotes(text) + " is no number from 0.1 to 86400";
         })
         ->needs(live);
+    command.add_flag("--quiet", options->quiet, "print only the summary, without the story")
+        ->excludes(command.get_option("--log"));
     command
         .add_option("--trace", options->trace,
                     "write every call of the monitor and every event to this file, as "

@@ -46,7 +46,7 @@ int play(const ReplayOptions& options, std::ostream& out) {
     const Scenario scenario = scenarioOf(options, reader);
 
     std::ostream nowhere(nullptr);
-    std::ostream& story = options.json ? nowhere : out;
+    std::ostream& story = options.json || options.quiet ? nowhere : out;
     std::optional<ReplayedPhone> phone(std::in_place, scenario, reader);
     NightReport report(
         scenario, [&] { return phone->now(); }, story, options.log, nullptr);

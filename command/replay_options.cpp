@@ -28,6 +28,8 @@ void addReplayCommand(CLI::App& app, Action& action) {
             ->type_name("FILE"),
         ".toml");
     command.add_flag("--log", options->log, "print the lines of the system log as well");
+    command.add_flag("--quiet", options->quiet, "print only the summary, without the story")
+        ->excludes(command.get_option("--log"));
     command.add_flag("--json", options->json, "print only the summary, as JSON");
     addTimeOptions(command, options->overrides);
     command.callback(

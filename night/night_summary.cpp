@@ -2,6 +2,7 @@
 
 #include "input/printable.h"
 #include "night/local_clock_text.h"
+#include "output/terminal_text.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -74,8 +75,8 @@ void printSummary(const NightSummary& summary, const std::string& timezone, std:
         out << fmt::format("  {:<22}{}\n", name, value);
     };
     out << '\n'
-        << printable(summary.verdict.text) << "\n\nFigures of " << durationText(figures.duration)
-        << '\n';
+        << heading << printable(summary.verdict.text) << plain << "\n\nFigures of "
+        << durationText(figures.duration) << '\n';
     line("quiet", quietInWords(figures, TimeZone(timezone)));
     line("readings", fmt::format("{}, accelerometer on for {}", figures.readings,
                                  durationText(figures.accelerometerOn)));
@@ -85,7 +86,7 @@ void printSummary(const NightSummary& summary, const std::string& timezone, std:
     line("applications", fmt::format("{} launched, {} quit", figures.applicationsLaunched,
                                      figures.applicationsQuit));
     for (const auto& clause : summary.faults)
-        out << "\nSomething is wrong: " << printable(clause) << ".\n";
+        out << '\n' << alarm << "Something is wrong: " << printable(clause) << '.' << plain << '\n';
 }
 
 Json toJson(const NightSummary& summary) {

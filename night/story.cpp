@@ -7,6 +7,7 @@
 #include "night/local_clock_text.h"
 #include "night/reading_words.h"
 #include "night/settings_words.h"
+#include "output/terminal_text.h"
 #include "phones/model/phone_model.h"
 #include "platform/system_power.h"
 #include "platform/system_sounds.h"
@@ -53,7 +54,7 @@ Story::Story(const Scenario& scenario, std::ostream& lines, bool systemLog) :
 void Story::tell(Date at, const std::string& line) {
     const std::string day = dayText(zone, at);
     if (day != lastDay) {
-        out << (lastDay.empty() ? "" : "\n") << day << "\n\n";
+        out << (lastDay.empty() ? "" : "\n") << heading << day << plain << "\n\n";
         lastDay = day;
         lastTime.clear();
     }
