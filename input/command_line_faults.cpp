@@ -195,6 +195,9 @@ std::string chosenCommand(const CLI::App& program) {
 
 std::string faultInWords(CLI::App& program, const CLI::ParseError& error) {
     const std::string what = error.what();
+    // A refused value can be why the parser took the next arguments for something else.
+    if (dynamic_cast<const CLI::ValidationError*>(&error))
+        return what;
     if (const auto unknown = program.remaining(true); !unknown.empty())
         return unknownArgument(program, unknown.front());
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error))

@@ -164,7 +164,7 @@ TEST_F(TheSettingsCommand, adds_lists_and_removes_applications) {
     EXPECT_EQ(content(), fullSettings({{"launch-app-com.example.game", true}}));
     EXPECT_THAT(refusalOf("launch remove com.example.gmae"),
                 HasSubstr("did you mean \"com.example.game\"?"));
-    EXPECT_THAT(refusalOf("launch add ''"), HasSubstr("names no application"));
+    EXPECT_THAT(refusalOf("launch add launch-app-"), HasSubstr("names no application"));
 }
 
 TEST_F(TheSettingsCommand, refuses_a_command_that_it_does_not_know) {
