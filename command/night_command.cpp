@@ -3,6 +3,7 @@
 #include "command/night_player.h"
 #include "host/host.h"
 #include "input/bad_input.h"
+#include "input/input_file.h"
 #include "night/chosen_scenario.h"
 #include "night/night_files.h"
 #include "night/night_report.h"
@@ -20,14 +21,14 @@ namespace {
 Dictionary readSettings(const std::filesystem::path& file) {
     auto parsed = readPropertyListFile(file);
     if (!parsed.value)
-        throw BadInput(fmt::format("{}: {}; give an XML or binary property list", file.string(),
+        throw BadInput(fmt::format("{}: {}; give an XML or binary property list", shownName(file),
                                    parsed.error));
     auto* dictionary = parsed.value->as<Dictionary>();
     if (!dictionary)
         throw BadInput(
             fmt::format("{}: the top level is not a dictionary; a settings file maps keys "
                         "such as Enabled to values",
-                        file.string()));
+                        shownName(file)));
     return *dictionary;
 }
 
@@ -60,6 +61,10 @@ std::unique_ptr<FileStore> fileStore(const NightOptions& options) {
 }
 
 NightInput nightInput(const NightOptions& options, std::ostream& complaints) {
+    if (options.settings && options.motion && isStandardInput(*options.settings) &&
+        isStandardInput(*options.motion))
+        throw BadInput("--settings and --motion are both -, but standard input can be read only "
+                       "once; give a file for one of them");
     NightInput input{chosenScenario(options.scenario, options.overrides), std::nullopt, {}};
     Scenario& scenario = input.scenario;
     if (options.settings)
@@ -89,7 +94,7 @@ int playNight(const NightOptions& options, std::ostream& out, std::ostream& comp
     phone->observe(report);
     monitorObserver = &report;
     if (input.motion)
-        report.story.tellOfRecording(options.motion->filename().string(), input.motionBegins,
+        report.story.tellOfRecording(shownName(options.motion->filename()), input.motionBegins,
                                      input.motion->remarks);
     if (input.scenario.phone.bundle != springBoardBundle)
         report.story.tellOfInertness();

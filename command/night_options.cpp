@@ -26,7 +26,7 @@ void addNightCommand(CLI::App& app, Action& action) {
     command
         .add_option("--settings", options->settings,
                     "start from a copy of this settings file, an XML or binary property "
-                    "list, instead of the scenario's settings")
+                    "list, instead of the scenario's settings; - is standard input")
         ->type_name("FILE");
     command
         .add_option("--root", options->root,
@@ -38,7 +38,7 @@ void addNightCommand(CLI::App& app, Action& action) {
         command
             .add_option("--motion", options->motion,
                         "feed the accelerometer from this recording, which repeats when it "
-                        "ends, instead of the scenario's postures")
+                        "ends, instead of the scenario's postures; - is standard input")
             ->type_name("RECORDING");
     command
         .add_option("--motion-at", options->motionAt,

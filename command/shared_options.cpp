@@ -4,9 +4,11 @@
 
 #include <CLI/CLI.hpp>
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace noctara {
 
@@ -35,15 +37,36 @@ void addChoice(CLI::App& command, const std::string& name, std::optional<Choice>
         ->type_name(typeName);
 }
 
+/// Adds an option whose value is the symbol of a unit.
+void addUnit(CLI::App& command, const std::string& name, const std::string& accepted,
+             const std::string& description, const std::function<bool(std::string_view)>& choose) {
+    command
+        .add_option_function<std::string>(
+            name,
+            [=](const std::string& symbol) {
+                if (!choose(symbol))
+                    throw CLI::ValidationError(name, inQuotes(symbol) + " is none of: " + accepted);
+            },
+            description + ": " + accepted)
+        ->type_name("UNIT");
+}
+
 } // namespace
 
 void addRecordingOptions(CLI::App& command, RecordingOptions& options) {
-    addChoice<AccelerationUnit>(command, "--unit", options.unit,
-                                {{"g", AccelerationUnit::g},
-                                 {"mg", AccelerationUnit::milliG},
-                                 {"m/s2", AccelerationUnit::metresPerSecondSquared}},
-                                "UNIT",
-                                "unit of the recording, if the file does not give it: g, mg, m/s2");
+    addUnit(command, "--unit", "g, mg, m/s² (or m/s2)",
+            "unit of the recording, if the file does not give it",
+            [&options](std::string_view symbol) {
+                const auto unit = findUnitOfAcceleration(symbol);
+                if (unit)
+                    options.unit = unit->unit;
+                return unit.has_value();
+            });
+    addUnit(command, "--time-unit", "s, ms, us, ns",
+            "unit of its times, if the file does not give it", [&options](std::string_view symbol) {
+                options.timeUnit = findUnitOfTime(symbol);
+                return options.timeUnit.has_value();
+            });
     addChoice<AxisConvention>(
         command, "--axes", options.axes,
         {{"android", AxisConvention::android}, {"ios", AxisConvention::ios}}, "AXES",

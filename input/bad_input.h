@@ -14,8 +14,10 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// `text` in quotes, cut after 40 bytes. A question mark replaces each control character and each
-/// byte that is not UTF-8.
+/// `text` with a question mark for each control character and each byte that is not UTF-8.
+std::string withoutControls(std::string_view text);
+
+/// The same in quotes, cut after 40 bytes.
 std::string inQuotes(std::string_view text);
 
 } // namespace noctara

@@ -14,7 +14,7 @@ int runCommandLine(CLI::App& app, int count, char** arguments,
                    const std::function<int()>& command) {
     const auto fail = [&](int exitCode, const std::string& what) {
         std::cout.flush();
-        std::cerr << app.get_name() << ": " << what << '\n';
+        std::cerr << app.get_name() << ": " << withoutControls(what) << '\n';
         return exitCode;
     };
     try {

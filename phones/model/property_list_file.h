@@ -19,6 +19,7 @@ namespace noctara {
 
 ParsedPropertyList parsePropertyList(std::string_view bytes);
 
+/// Reads a file that the user names. "-" is standard input, and gzip data is decompressed.
 ParsedPropertyList readPropertyListFile(const std::filesystem::path& file);
 
 /// XML that parsePropertyList reads as an equal value, with two exceptions. Dates are rounded down

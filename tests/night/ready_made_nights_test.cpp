@@ -35,12 +35,12 @@ std::vector<std::string> readyMadeNights() {
     return names;
 }
 
-struct Played {
+struct PlayedNight {
     int exitCode;
     std::string story;
 };
 
-Played play(NightOptions options) {
+PlayedNight play(NightOptions options) {
     std::ostringstream story;
     std::ostringstream complaints;
     const int exitCode = playNight(options, story, complaints);
@@ -276,7 +276,7 @@ TEST(ANightOnTheCommandLine, says_that_a_monitor_that_never_waits_is_wrong) {
                                "settings = {EnableOnAC = true, ScanInterval = 0}\n";
     NightOptions options;
     options.scenario = scenario;
-    const Played played = play(options);
+    const PlayedNight played = play(options);
     EXPECT_EQ(played.exitCode, 1);
     EXPECT_THAT(played.story, testing::HasSubstr("without waiting"));
 }
