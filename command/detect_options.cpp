@@ -22,8 +22,9 @@ std::int32_t sensitivityIn(const std::string& text) {
     const char* const end = text.data() + text.size();
     const auto [rest, error] = std::from_chars(text.data(), end, sensitivity);
     if (error != std::errc{} || rest != end)
-        throw CLI::ValidationError("--sensitivity",
-                                   inQuotes(text) + " is not a whole number; give 0 to 9");
+        throw CLI::ValidationError(
+            "--sensitivity", inQuotes(text) + " is not a whole number of 32 bits; the settings "
+                                              "page offers 0 to 9");
     return sensitivity;
 }
 

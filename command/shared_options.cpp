@@ -74,7 +74,12 @@ void addRecordingOptions(CLI::App& command, RecordingOptions& options) {
     command
         .add_option("--rate", options.rate,
                     "samples per second, evenly spaced, for a recording without usable times")
-        ->type_name("HZ");
+        ->type_name("HZ")
+        ->check([](const std::string& text) {
+            return text.empty()
+                       ? std::string("\"\" is not a number; give the number of readings per second")
+                       : std::string();
+        });
 }
 
 void addTimeOptions(CLI::App& command, ScenarioOverrides& overrides) {

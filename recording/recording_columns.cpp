@@ -124,7 +124,7 @@ std::optional<std::size_t> findTime(const Headings& headings) {
         return index;
     const auto found = std::find_if(headings.begin(), headings.end(), [](const Heading& heading) {
         return heading.name.starts_with("time") || heading.name.starts_with("date") ||
-               findUnitOfTime(heading.unit);
+               heading.name.starts_with("elapsed") || findUnitOfTime(heading.unit);
     });
     if (found == headings.end())
         return std::nullopt;
@@ -147,9 +147,10 @@ std::vector<std::string> possibleNames(const Headings& headings) {
     std::vector<std::string> names(accelerometerNames.begin(), accelerometerNames.end());
     for (const Heading& heading : headings) {
         const std::string& name = heading.name;
+        const bool isKnown = name.find("acc") != name.npos || name.find("gravit") != name.npos;
         const bool hasUnit = findUnitOfAcceleration(heading.unit).has_value();
         for (auto x = name.rfind('x'); x != name.npos; x = x > 0 ? name.rfind('x', x - 1) : x - 1) {
-            if (name.find("acc") != name.npos || (hasUnit && x + 1 == name.size()))
+            if (isKnown || (hasUnit && x + 1 == name.size()))
                 names.push_back(name.substr(0, x) + '*' + name.substr(x + 1));
         }
     }

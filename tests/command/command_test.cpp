@@ -57,7 +57,7 @@ TEST(TheCommand, refuses_what_it_does_not_know) {
     EXPECT_THAT(refusalOf("sleep"), HasSubstr("--help"));
     EXPECT_THAT(refusalOf("detect"), HasSubstr("RECORDING"));
     EXPECT_THAT(refusalOf("detect --unit furlong x.csv"),
-                HasSubstr("\"furlong\" is none of: g, m/s2, mg"));
+                HasSubstr("\"furlong\" is none of: g, mg, m/s²"));
     EXPECT_THAT(refusalOf("night --motion-at 23:00"), HasSubstr("--motion"));
 }
 
