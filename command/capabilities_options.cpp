@@ -1,5 +1,6 @@
 #include "command/capabilities_command.h"
 #include "command/commands.h"
+#include "input/completion.h"
 
 #include <CLI/CLI.hpp>
 
@@ -11,10 +12,11 @@ void addCapabilitiesCommand(CLI::App& app, Action& action) {
     const auto scenario = std::make_shared<std::optional<std::filesystem::path>>();
     auto& command = *app.add_subcommand("capabilities",
                                         "Lists the capabilities that the scenario's phone reports");
-    command
-        .add_option("SCENARIO", *scenario,
-                    "scenario file; without one, the phone of the typical night")
-        ->type_name("");
+    completedByFiles(command
+                         .add_option("SCENARIO", *scenario,
+                                     "scenario file; without one, the phone of the typical night")
+                         ->type_name(""),
+                     ".toml");
     command.callback(
         [&action, scenario] { action = [scenario] { return reportCapabilities(*scenario); }; });
 }

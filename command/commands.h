@@ -1,4 +1,7 @@
 /// The subcommands of `noctara`: each function adds one with its options to the command line.
+///
+/// The help, the man page and the completions of the shells are made from these declarations. What
+/// a shell offers for the value of an option is declared there too: see input/completion.h.
 #pragma once
 
 #include <functional>
@@ -17,6 +20,10 @@ using Action = std::function<int()>;
 void addNightCommand(CLI::App& app, Action& action);
 void addReplayCommand(CLI::App& app, Action& action);
 void addDetectCommand(CLI::App& app, Action& action);
+void addWhyCommand(CLI::App& app, Action& action);
 void addCapabilitiesCommand(CLI::App& app, Action& action);
+
+/// `noctara help`. Add it after the other subcommands.
+void addHelpCommand(CLI::App& app, Action& action);
 
 } // namespace noctara

@@ -2,6 +2,7 @@
 #include "command/detect_command.h"
 #include "command/shared_options.h"
 #include "input/bad_input.h"
+#include "input/completion.h"
 
 #include <CLI/CLI.hpp>
 
@@ -35,21 +36,24 @@ void addDetectCommand(CLI::App& app, Action& action) {
     auto& command = *app.add_subcommand(
         "detect",
         "Finds the Sensitivity that suits a phone, from a recording of its accelerometer");
-    command
-        .add_option(
-            "RECORDING", options->file,
-            "CSV file with time, x, y and z, as written by a logger on a phone, or compressed "
-            "with gzip; - is standard input")
-        ->type_name("")
-        ->required();
-    command
-        .add_option_function<std::string>(
-            "--sensitivity",
-            [options](const std::string& text) { options->sensitivity = sensitivityIn(text); },
-            "Sensitivity for the verdicts in the table of seconds; the settings page offers 0 to "
-            "9")
-        ->default_str(std::to_string(options->sensitivity))
-        ->type_name("INT");
+    completedByFiles(
+        command
+            .add_option("RECORDING", options->file,
+                        "CSV file with time, x, y and z, as written by a logger on a phone, or "
+                        "compressed with gzip; - is standard input")
+            ->type_name("")
+            ->required(),
+        ".csv");
+    completedByWords(
+        command
+            .add_option_function<std::string>(
+                "--sensitivity",
+                [options](const std::string& text) { options->sensitivity = sensitivityIn(text); },
+                "Sensitivity for the verdicts in the table of seconds; the settings page offers 0 "
+                "to 9")
+            ->default_str(std::to_string(options->sensitivity))
+            ->type_name("NUMBER"),
+        {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"});
     command.add_flag("--table", options->wholeTable,
                      "print a line for each second, instead of one for seconds that are alike");
     addRecordingOptions(command, options->recording);

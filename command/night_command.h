@@ -1,30 +1,23 @@
 /// `noctara night`: plays a scenario and prints its story.
 #pragma once
 
-#include "night/scenario_file.h"
-#include "recording/recording_file.h"
+#include "command/night_input.h"
 
 #include <filesystem>
 #include <optional>
 #include <ostream>
-#include <string>
 
 namespace noctara {
 
-struct NightOptions {
-    std::optional<std::filesystem::path> scenario; ///< Absent: the built-in typical night.
-    ScenarioOverrides overrides;
+struct NightOptions : NightInputOptions {
     bool log = false;
+    bool json = false; ///< Print only the summary, as JSON.
     std::optional<std::filesystem::path> trace;
-    std::optional<std::filesystem::path> settings;
-    std::optional<std::filesystem::path> root;
-    std::optional<std::filesystem::path> motion;
-    std::optional<std::string> motionAt; ///< Local date and time, or a time; absent: the start.
-    RecordingOptions recording;
 };
 
 /// Plays the night. Returns the command's exit code: 0, or 1 if the run found something wrong.
-/// Throws BadInput, before it has written anything to `out`, if an input cannot be used.
+/// The story goes to `complaints` if the trace goes to standard output. Throws BadInput, before it
+/// has written anything to `out`, if an input cannot be used.
 int playNight(const NightOptions& options, std::ostream& out, std::ostream& complaints);
 
 } // namespace noctara

@@ -1,6 +1,8 @@
 #include "command/commands.h"
 #include "command/night_command.h"
+#include "command/setting_sweep.h"
 #include "command/shared_options.h"
+#include "input/completion.h"
 
 #include <CLI/CLI.hpp>
 
@@ -13,43 +15,41 @@ void addNightCommand(CLI::App& app, Action& action) {
     const auto options = std::make_shared<NightOptions>();
     auto& command =
         *app.add_subcommand("night", "Plays a night and prints what the phone did and why");
-    command
-        .add_option("SCENARIO", options->scenario,
-                    "scenario file (see docs/scenarios.md); without one, a typical night")
-        ->type_name("");
+    completedByFiles(
+        command
+            .add_option("SCENARIO", options->scenario,
+                        "scenario file (see docs/scenarios.md); without one, a typical night")
+            ->type_name(""),
+        ".toml");
     command.add_flag("--log", options->log, "print the lines of the system log as well");
     command
         .add_option("--trace", options->trace,
                     "write every call of the monitor and every event to this file, as "
-                    "JSON Lines (see docs/trace.md)")
+                    "JSON Lines (see docs/trace.md); - is standard output, and the story then goes "
+                    "to standard error")
         ->type_name("FILE");
+    const auto sweep = std::make_shared<std::optional<std::string>>();
     command
-        .add_option("--settings", options->settings,
-                    "start from a copy of this settings file, an XML or binary property "
-                    "list, instead of the scenario's settings; - is standard input")
-        ->type_name("FILE");
+        .add_option("--sweep", *sweep,
+                    "play the night with each of these values of a setting and print one line for "
+                    "each, such as Sensitivity=0..9 or ScreenDown=off..on")
+        ->type_name("KEY=A..B");
+    command.add_flag("--json", options->json, "print only the summary, as JSON");
     command
         .add_option("--root", options->root,
                     "store the phone's files as real files below this folder instead of in "
                     "memory; a missing folder is created, and an existing settings file is kept "
-                    "unless --settings is given")
+                    "unless --settings or --set is given")
         ->type_name("FOLDER");
-    auto* const motion =
-        command
-            .add_option("--motion", options->motion,
-                        "feed the accelerometer from this recording, which repeats when it "
-                        "ends, instead of the scenario's postures; - is standard input")
-            ->type_name("RECORDING");
-    command
-        .add_option("--motion-at", options->motionAt,
-                    "when the recording begins, in the form of --start or as a time such as 23:30; "
-                    "default: the start")
-        ->type_name("TIME")
-        ->needs(motion);
-    addRecordingOptions(command, options->recording);
-    addTimeOptions(command, options->overrides);
-    command.callback([&action, options] {
-        action = [options] { return playNight(*options, std::cout, std::cerr); };
+    addNightInputOptions(command, *options);
+    for (const char* whole : {"--log", "--trace", "--root"})
+        command.get_option("--sweep")->excludes(command.get_option(whole));
+    command.callback([&action, options, sweep] {
+        action = [options, sweep] {
+            if (*sweep)
+                return sweepSetting({*options, **sweep, options->json}, std::cout, std::cerr);
+            return playNight(*options, std::cout, std::cerr);
+        };
     });
 }
 

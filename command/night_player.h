@@ -17,7 +17,7 @@ namespace noctara {
 /// All that decides how a night goes.
 struct NightInput {
     Scenario scenario;
-    std::optional<Recording> motion; ///< Replaces the postures of the scenario.
+    std::shared_ptr<const Recording> motion; ///< Replaces the scenario's postures. May be null.
     Date motionBegins;
 };
 

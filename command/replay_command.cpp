@@ -3,9 +3,11 @@
 #include "command/night_player.h"
 #include "host/host.h"
 #include "input/bad_input.h"
+#include "input/printable.h"
 #include "night/chosen_scenario.h"
 #include "night/night_report.h"
 #include "night/trace_reader.h"
+#include "output/interruption.h"
 #include "phones/replay/replayed_phone.h"
 
 #include <fstream>
@@ -31,9 +33,7 @@ bool isSameNight(const NightFindings& traced, const Retry& retry) {
     return played && played->figures == traced.figures;
 }
 
-} // namespace
-
-int replay(const ReplayOptions& options, std::ostream& out) {
+int play(const ReplayOptions& options, std::ostream& out) {
     const bool fromStandardInput = options.trace == "-";
     const std::string name = fromStandardInput ? "standard input" : options.trace.string();
     std::ifstream file;
@@ -45,9 +45,11 @@ int replay(const ReplayOptions& options, std::ostream& out) {
     TraceReader reader(fromStandardInput ? std::cin : file, name);
     const Scenario scenario = scenarioOf(options, reader);
 
+    std::ostream nowhere(nullptr);
+    std::ostream& story = options.json ? nowhere : out;
     std::optional<ReplayedPhone> phone(std::in_place, scenario, reader);
     NightReport report(
-        scenario, [&] { return phone->now(); }, out, options.log, nullptr);
+        scenario, [&] { return phone->now(); }, story, options.log, nullptr);
     phone->observe(report);
     monitorObserver = &report;
     if (scenario.phone.bundle != springBoardBundle)
@@ -61,14 +63,24 @@ int replay(const ReplayOptions& options, std::ostream& out) {
         if (!phone->isInRealTime())
             wrong = parted.what();
         else
-            out << "\nThe story ends early: " << parted.what() << ".\n";
+            story << "\nThe story ends early: " << printable(parted.what()) << ".\n";
+    } catch (const Interruption&) {
+        // The report says so.
     }
     report.endNight(wrong);
     phone.reset();
-    const NightInput input{scenario, std::nullopt, {}};
+    const NightInput input{scenario, nullptr, {}};
     const Retry retry = retryOf(input);
-    return report.finish(options.scenario && isSameNight(report.nightFindings(), retry) ? retry
-                                                                                        : Retry());
+    const bool canRetry =
+        options.scenario && !wasInterrupted() && isSameNight(report.nightFindings(), retry);
+    return report.finish(canRetry ? retry : Retry(),
+                         options.json ? SummaryForm::json : SummaryForm::text, out);
+}
+
+} // namespace
+
+int replay(const ReplayOptions& options, std::ostream& out) {
+    return untilInterrupted(out, [&] { return play(options, out); });
 }
 
 } // namespace noctara

@@ -1,6 +1,7 @@
 #include "command/commands.h"
 #include "command/replay_command.h"
 #include "command/shared_options.h"
+#include "input/completion.h"
 
 #include <CLI/CLI.hpp>
 
@@ -13,17 +14,21 @@ void addReplayCommand(CLI::App& app, Action& action) {
     const auto options = std::make_shared<ReplayOptions>();
     auto& command = *app.add_subcommand(
         "replay", "Prints the story of a trace, and where the trace differs from the rules");
-    command
-        .add_option("TRACE", options->trace,
-                    "trace of a night (see docs/trace.md); - is standard input")
-        ->type_name("")
-        ->required();
-    command
-        .add_option("--scenario", options->scenario,
-                    "scenario file of that night, for what a trace does not have: the time zone, "
-                    "the radios at the start, the names of applications")
-        ->type_name("FILE");
+    completedByFiles(command
+                         .add_option("TRACE", options->trace,
+                                     "trace of a night (see docs/trace.md); - is standard input")
+                         ->type_name("")
+                         ->required(),
+                     ".jsonl");
+    completedByFiles(
+        command
+            .add_option("--scenario", options->scenario,
+                        "scenario file of that night, for what a trace does not have: the time "
+                        "zone, the radios at the start, the names of applications")
+            ->type_name("FILE"),
+        ".toml");
     command.add_flag("--log", options->log, "print the lines of the system log as well");
+    command.add_flag("--json", options->json, "print only the summary, as JSON");
     addTimeOptions(command, options->overrides);
     command.callback(
         [&action, options] { action = [options] { return replay(*options, std::cout); }; });

@@ -14,10 +14,8 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// `text` with a question mark for each control character and each byte that is not UTF-8.
-std::string withoutControls(std::string_view text);
-
-/// The same in quotes, cut after 40 bytes.
+/// `text` in quotes, cut after 40 bytes. A question mark replaces each character that
+/// controls a terminal and each byte that is not UTF-8.
 std::string inQuotes(std::string_view text);
 
 } // namespace noctara

@@ -1,6 +1,6 @@
 #include "input/input_file.h"
 
-#include "input/bad_input.h"
+#include "input/printable.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -40,7 +40,7 @@ bool isStandardInput(const std::filesystem::path& file) {
 std::string shownName(const std::filesystem::path& file) {
     if (isStandardInput(file))
         return "standard input";
-    return file.empty() ? inQuotes("") : withoutControls(file.string());
+    return file.empty() ? "\"\"" : printable(file.string());
 }
 
 void InputFile::Closing::operator()(gzFile_s* open) const {

@@ -16,7 +16,8 @@ namespace noctara {
 /// "-" stands for standard input.
 bool isStandardInput(const std::filesystem::path& file);
 
-/// The name of the file for messages, without control characters; "standard input" for "-".
+/// The name of the file for messages, with escaped control characters; "standard
+/// input" for "-".
 std::string shownName(const std::filesystem::path& file);
 
 /// A file, a pipe, or standard input. Data in the gzip format is decompressed.

@@ -6,6 +6,7 @@
 #include "night/morning_check.h"
 #include "night/night_figures.h"
 #include "night/obstacles.h"
+#include "output/interruption.h"
 #include "phones/model/phone_observer.h"
 #include "phones/model/scenario.h"
 
@@ -20,6 +21,9 @@ public:
         morning(scenario), obstacles(scenario), now(std::move(wallClock)), counter(scenario) {}
 
     void called(const Call& call) override {
+        // Here the monitor holds nothing, and an exception can unwind it.
+        if (call.operation == Operation::sleep)
+            stopIfInterrupted();
         counter.called(call);
         morning.called(call);
     }

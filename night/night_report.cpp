@@ -1,16 +1,21 @@
 #include "night/night_report.h"
 
+#include "night/local_clock_text.h"
+#include "output/interruption.h"
+
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
 #include <utility>
 
 namespace noctara {
 
 NightReport::NightReport(const Scenario& scenario, std::function<Date()> wallClock,
-                         std::ostream& text, bool withLog, OutputFile* file) :
-    story(scenario, text, withLog),
+                         std::ostream& lines, bool withLog, OutputFile* file) :
+    story(scenario, lines, withLog),
     night(scenario),
     now(std::move(wallClock)),
-    out(text),
+    storyLines(lines),
     traceFile(file),
     findings(scenario, now) {
     if (traceFile)
@@ -21,6 +26,8 @@ void NightReport::called(const Call& call) {
     if (trace)
         trace->called(call);
     story.called(call);
+    if (call.operation == Operation::sleep && (!storyLines || (traceFile && !traceFile->stream())))
+        stopIfNobodyReads();
     findings.called(call);
 }
 
@@ -41,14 +48,21 @@ void NightReport::endNight(const std::optional<std::string>& wrong) {
     findings.finish();
     if (wrong)
         faults.push_back(*wrong);
-    if (traceFile && !traceFile->keep())
+    if (wasInterrupted())
+        faults.push_back("the night was interrupted at " +
+                         timeText(TimeZone(night.timezone), now()));
+    else if (traceFile && !traceFile->keep())
         faults.push_back(
             fmt::format("the trace {} could not be written whole", traceFile->path().string()));
 }
 
-int NightReport::finish(const Retry& retry) {
+int NightReport::finish(const Retry& retry, SummaryForm form, std::ostream& out) {
     const Verdict verdict = verdictOn(night, findings, retry);
-    printSummary({verdict, findings.figures, faults}, night.timezone, out);
+    const NightSummary summary{verdict, findings.figures, faults};
+    if (form == SummaryForm::json)
+        out << toJson(summary).dump(2) << '\n';
+    else
+        printSummary(summary, night.timezone, out);
     return faults.empty() && verdict.kind != Verdict::Kind::notBack ? 0 : 1;
 }
 

@@ -17,24 +17,28 @@
 
 namespace noctara {
 
+enum class SummaryForm { text, json };
+
 class NightReport final : public PhoneObserver, public MonitorObserver {
 public:
-    /// `wallClock` tells the time on the phone until `endNight`. The stream and the trace file, if
-    /// there is one, must outlive the report. Without a story only the summary is printed.
-    NightReport(const Scenario& scenario, std::function<Date()> wallClock, std::ostream& out,
+    /// `wallClock` tells the time on the phone until `endNight`. The story is written to `lines`.
+    /// The stream and the trace file, if there is one, must outlive the report.
+    NightReport(const Scenario& scenario, std::function<Date()> wallClock, std::ostream& lines,
                 bool withLog, OutputFile* trace);
 
+    /// Throws Interruption after a signal, or if nobody reads the output, when the monitor waits.
     void called(const Call& call) override;
     void happens(const Happening& happening) override;
     void decided(const Decision& decision) override;
 
-    /// Ends the night. `wrong` is a clause about an error during the night, if there was one.
+    /// Ends the night. `wrong` is a clause about an error during the night, if there was one. Drops
+    /// the trace of a night that was interrupted.
     void endNight(const std::optional<std::string>& wrong);
 
     /// Prints the summary. Advice is given only if there is a `retry`, which must not be called
     /// while the phone of this night exists. Returns the exit code of a command: 0, or 1 if
     /// something was found wrong.
-    int finish(const Retry& retry);
+    int finish(const Retry& retry, SummaryForm form, std::ostream& out);
 
     const NightFindings& nightFindings() const { return findings; }
 
@@ -43,7 +47,7 @@ public:
 private:
     const Scenario night;
     const std::function<Date()> now; ///< By the wall clock of the phone.
-    std::ostream& out;
+    std::ostream& storyLines;
     OutputFile* traceFile;
     NightFindings findings;
     std::optional<TraceWriter> trace;

@@ -1,5 +1,6 @@
 #include "night/night_summary.h"
 
+#include "input/printable.h"
 #include "night/local_clock_text.h"
 
 #include <fmt/format.h>
@@ -73,7 +74,8 @@ void printSummary(const NightSummary& summary, const std::string& timezone, std:
         out << fmt::format("  {:<22}{}\n", name, value);
     };
     out << '\n'
-        << summary.verdict.text << "\n\nFigures of " << durationText(figures.duration) << '\n';
+        << printable(summary.verdict.text) << "\n\nFigures of " << durationText(figures.duration)
+        << '\n';
     line("quiet", quietInWords(figures, TimeZone(timezone)));
     line("readings", fmt::format("{}, accelerometer on for {}", figures.readings,
                                  durationText(figures.accelerometerOn)));
@@ -83,7 +85,7 @@ void printSummary(const NightSummary& summary, const std::string& timezone, std:
     line("applications", fmt::format("{} launched, {} quit", figures.applicationsLaunched,
                                      figures.applicationsQuit));
     for (const auto& clause : summary.faults)
-        out << "\nSomething is wrong: " << clause << ".\n";
+        out << "\nSomething is wrong: " << printable(clause) << ".\n";
 }
 
 Json toJson(const NightSummary& summary) {

@@ -3,9 +3,11 @@
 
 #include "input/bad_input.h"
 #include "input/file_reading.h"
+#include "input/printable.h"
 #include "night/scenario_events.h"
 #include "night/scenario_times.h"
 #include "night/scenario_values.h"
+#include "night/time_zone_names.h"
 #include "night/toml_reader.h"
 #include "phones/model/local_time.h"
 
@@ -35,7 +37,7 @@ TimeZone readTimeZone(const TomlTable& file, const ScenarioOverrides& overrides)
         return TimeZone(name);
     } catch (const std::runtime_error&) {
         throw BadInput(place + (place.empty() ? "" : ": ") + "there is no time zone " +
-                       inQuotes(name) + "; write an IANA name such as \"Europe/Paris\"");
+                       inQuotes(name) + "; " + adviceOnTimeZone(name));
     }
 }
 
@@ -92,6 +94,10 @@ Scenario::Phone readPhone(const TomlValue& value) {
     Scenario::Phone phone;
     table.readNonEmpty("bundle", phone.bundle);
     table.readNonEmpty("machine", phone.machine);
+    // The list of capabilities prints it as it is.
+    if (printable(phone.machine) != phone.machine)
+        table.require("machine").refuse("machine has a control character",
+                                        "write a name such as \"iPhone4,1\"");
     if (const auto idiom = table.find("idiom"))
         phone.idiom =
             static_cast<std::int32_t>(idiom->integer(0, std::numeric_limits<std::int32_t>::max()));

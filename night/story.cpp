@@ -1,9 +1,11 @@
 #include "night/story.h"
 
+#include "input/printable.h"
 #include "monitor/posture.h"
 #include "night/deed_words.h"
 #include "night/event_words.h"
 #include "night/local_clock_text.h"
+#include "night/reading_words.h"
 #include "platform/system_power.h"
 #include "platform/system_sounds.h"
 
@@ -58,22 +60,6 @@ std::string settingsInWords(const Settings& settings) {
     return fmt::format("Settings: {}.", fmt::join(parts, "; "));
 }
 
-std::string readingInWords(const Reading& reading) {
-    const char* posture = reading.screenDown ? "screen down" : "screen up";
-    const double tilt =
-        (reading.screenDown ? reading.angle : std::abs(pi - reading.angle)) * degreesPerRadian;
-    if (reading.lies)
-        return fmt::format("lying {}, {:.1f}° off", posture, tilt);
-    switch (reading.source) {
-    case Reading::Source::deviceMotion:
-        return "device motion is delivered, which never counts as lying";
-    case Reading::Source::nothing:
-        return "the accelerometer delivered nothing";
-    default:
-        return fmt::format("not lying {} ({:.1f}° off, {:.2f} g)", posture, tilt, reading.length);
-    }
-}
-
 } // namespace
 
 Story::Story(const Scenario& scenario, std::ostream& lines, bool systemLog) :
@@ -93,16 +79,18 @@ void Story::tell(Date at, const std::string& line) {
     }
     // Consecutive lines with the same time show it once.
     const std::string time = timeText(zone, at);
-    out << (time == lastTime ? std::string(time.size(), ' ') : time) << "  " << line << '\n';
+    out << (time == lastTime ? std::string(time.size(), ' ') : time) << "  " << printable(line)
+        << '\n';
     lastTime = time;
 }
 
 void Story::tellOfRecording(const std::string& name, Date from,
                             const std::vector<std::string>& remarks) {
     recordingBegins = from;
-    out << "From " << timeText(zone, from) << " on the accelerometer follows " << name << ":\n";
+    out << "From " << timeText(zone, from) << " on the accelerometer follows " << printable(name)
+        << ":\n";
     for (const auto& remark : remarks)
-        out << "  " << remark << '\n';
+        out << "  " << printable(remark) << '\n';
     out << '\n';
 }
 

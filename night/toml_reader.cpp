@@ -21,6 +21,16 @@ std::string onOneLine(std::string_view text) {
     return line;
 }
 
+/// The parser's description of an error says "Error while parsing SOMETHING: REASON".
+std::string inOurWords(const std::string& description) {
+    if (description.find("TOML_MAX_NESTED_VALUES") != description.npos)
+        return "arrays and tables are nested too deeply; write them with fewer levels";
+    const std::string_view beginning = "Error while parsing ";
+    return "this is not TOML: " + (description.starts_with(beginning)
+                                       ? "parsing " + description.substr(beginning.size())
+                                       : description);
+}
+
 /// The advice for an unknown word: the nearest choice, if one is near, and the list of all choices.
 std::string advice(std::string_view given, const Choices& choices) {
     const auto meant = nearest(given, choices);
@@ -259,7 +269,7 @@ toml::table parseToml(std::string_view text, const std::string& file) {
         return toml::parse(text);
     } catch (const toml::parse_error& error) {
         const auto [line, column] = position(error.source());
-        std::string what = onOneLine(error.description());
+        std::string what = inOurWords(onOneLine(error.description()));
         if (what.find("parsing time") != what.npos || what.find("parsing date") != what.npos)
             what += "; write times as 22:30:00 and local date-times as 2014-03-01T22:30:00";
         throw BadInput(file + ":" + std::to_string(line) + ":" + std::to_string(column) + ": " +

@@ -1,6 +1,7 @@
 #include "night/trace_reader.h"
 
 #include "input/bad_input.h"
+#include "output/interruption.h"
 
 #include <array>
 #include <utility>
@@ -148,7 +149,10 @@ std::optional<Dictionary> dictionaryOf(const Json& value) {
 
 const TraceLine* TraceReader::peek() {
     std::string text;
-    if (!head && std::getline(in, text)) {
+    const bool isRead = !head && std::getline(in, text);
+    // A signal ends a read, so that the line may be incomplete.
+    stopIfInterrupted();
+    if (isRead) {
         ++number;
         try {
             head = lineOf(Json::parse(text), number);

@@ -2,6 +2,7 @@
 
 #include "monitor/posture.h"
 #include "night/local_clock_text.h"
+#include "settings/setting_words.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -44,16 +45,10 @@ std::string windowText(const Settings& settings) {
     return fmt::format("it was not between {}:00 and {}:00", settings.startTime, settings.stopTime);
 }
 
-std::string valueText(const PropertyList& value) {
-    if (const auto* on = value.as<bool>())
-        return *on ? "on" : "off";
-    return std::to_string(*value.as<std::int64_t>());
-}
-
 std::string settingsText(const Dictionary& settings) {
     std::vector<std::string> parts;
     for (const auto& [key, value] : settings)
-        parts.push_back(fmt::format("{} {}", key, valueText(value)));
+        parts.push_back(fmt::format("{} {}", key, valueInWords(value)));
     return fmt::format("{}", fmt::join(parts, " with "));
 }
 
@@ -302,6 +297,24 @@ std::string nameOf(Obstacle obstacle) {
         "notOnCharger", "idleSleep", "noSample",    "deviceMotion", "moving",
         "notLaidDown",  "wrongSide", "tooTilted",   "none"};
     return names[static_cast<std::size_t>(obstacle)];
+}
+
+std::string shortText(Obstacle obstacle) {
+    constexpr std::array<const char*, obstacleKinds> texts{"the library is not in SpringBoard",
+                                                           "the monitor was stopped",
+                                                           "switched off",
+                                                           "suspended",
+                                                           "outside the window",
+                                                           "not on the charger",
+                                                           "in idle sleep",
+                                                           "the accelerometer delivers nothing",
+                                                           "device motion",
+                                                           "moving",
+                                                           "not laid down",
+                                                           "the wrong side up",
+                                                           "too tilted",
+                                                           "countdowns were broken"};
+    return texts[static_cast<std::size_t>(obstacle)];
 }
 
 std::string durationText(double seconds) {

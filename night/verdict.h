@@ -44,6 +44,9 @@ Verdict verdictOn(const Scenario& scenario, const NightFindings& night, const Re
 std::string nameOf(Verdict::Kind kind);
 std::string nameOf(Obstacle obstacle);
 
+/// A few words for a table: "too tilted".
+std::string shortText(Obstacle obstacle);
+
 /// "7 h 20 min".
 std::string durationText(double seconds);
 

@@ -1,6 +1,7 @@
 #include "recording/recording_parser.h"
 
 #include "input/bad_input.h"
+#include "input/printable.h"
 
 #include <fmt/format.h>
 
@@ -226,8 +227,7 @@ bool RecordingParser::readNumber(const Fields& fields, std::size_t column, std::
     const auto value = parseNumber(fields[column]);
     if (!value) {
         skip(lineNumber, [&] {
-            return fmt::format("{} is not a number: {}", withoutControls(name),
-                               inQuotes(fields[column]));
+            return fmt::format("{} is not a number: {}", printable(name), inQuotes(fields[column]));
         });
         return false;
     }

@@ -335,6 +335,14 @@ ParsedPropertyList readPropertyListFile(const std::filesystem::path& file) {
         std::error_code ignored;
         if (std::filesystem::is_fifo(file, ignored))
             return {std::nullopt, "not a regular file"};
+        return parsePropertyList(readFile(file, maximumBytes >> 20));
+    } catch (const UnreadableFile& error) {
+        return {std::nullopt, error.what()};
+    }
+}
+
+ParsedPropertyList readPropertyListInput(const std::filesystem::path& file) {
+    try {
         return parsePropertyList(readInput(file, maximumBytes >> 20));
     } catch (const UnreadableFile& error) {
         return {std::nullopt, error.what()};

@@ -19,8 +19,11 @@ namespace noctara {
 
 ParsedPropertyList parsePropertyList(std::string_view bytes);
 
-/// Reads a file that the user names. "-" is standard input, and gzip data is decompressed.
 ParsedPropertyList readPropertyListFile(const std::filesystem::path& file);
+
+/// Reads a file that the user names, also from a pipe. "-" is standard input, and gzip data is
+/// decompressed.
+ParsedPropertyList readPropertyListInput(const std::filesystem::path& file);
 
 /// XML that parsePropertyList reads as an equal value, with two exceptions. Dates are rounded down
 /// to whole seconds and clamped to the years 1 to 9999; NaN becomes the earliest. Text ends at its

@@ -68,8 +68,8 @@ TEST_F(AnInput, can_be_read_again) {
     }
 }
 
-TEST_F(AnInput, is_named_without_control_characters) {
-    EXPECT_EQ(shownName("a\x1b[31m\n.csv"), "a?[31m?.csv");
+TEST_F(AnInput, is_named_with_escaped_control_characters) {
+    EXPECT_EQ(shownName("a\x1b[31m\n.csv"), "a\\x1b[31m\\n.csv");
     EXPECT_EQ(shownName("caf\xC3\xA9.csv"), "caf\xC3\xA9.csv");
     EXPECT_EQ(shownName("-"), "standard input");
 }

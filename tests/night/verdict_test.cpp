@@ -18,8 +18,8 @@ using testing::StartsWith;
 
 using enum NamedPosture;
 
-constexpr double minute = 60.0;
-constexpr double hour = 3600.0;
+constexpr double aMinute = 60.0;
+constexpr double anHour = 3600.0;
 
 /// A night from 22:30 to 8:00 UTC, in which the phone is laid down at 23:30 and picked up at 6:50.
 class TheVerdict : public testing::Test {
@@ -34,8 +34,8 @@ protected:
     void set(const char* key, const PropertyList& value) { scenario.settings->set(key, value); }
 
     void liesAllNight(const Posture& posture) {
-        at(hour, PostureChange{posture});
-        at(8 * hour + 20 * minute, PostureChange{InHand});
+        at(anHour, PostureChange{posture});
+        at(8 * anHour + 20 * aMinute, PostureChange{InHand});
     }
 
     /// The verdict without the postures of its own.
@@ -66,7 +66,7 @@ TEST_F(TheVerdict, is_quiet_when_everything_came_back) {
 }
 
 TEST_F(TheVerdict, is_quiet_when_the_night_ends_before_the_phone_is_picked_up) {
-    at(hour, PostureChange{ScreenDown});
+    at(anHour, PostureChange{ScreenDown});
     EXPECT_EQ(text(), "Quiet for 8 h 29 min, and still quiet at the end.");
 }
 
@@ -109,7 +109,7 @@ TEST_F(TheVerdict, tells_that_the_phone_was_not_laid_down) {
 
 TEST_F(TheVerdict, tells_that_the_phone_moved) {
     scenario.phone.posture = Acceleration{0, 0, 1.5};
-    at(hour, PostureChange{Moving});
+    at(anHour, PostureChange{Moving});
     EXPECT_EQ(text(), "Never quiet: the phone never lay still.");
 }
 
@@ -169,7 +169,7 @@ TEST_F(TheVerdict, tells_that_monitoring_is_off) {
 }
 
 TEST_F(TheVerdict, tells_that_the_monitor_was_stopped) {
-    at(30 * minute, MonitorStop{});
+    at(30 * aMinute, MonitorStop{});
     liesAllNight(ScreenDown);
     EXPECT_EQ(text(), "Never quiet: the monitor was told to stop at 23:00:00.");
 }
@@ -184,8 +184,8 @@ TEST_F(TheVerdict, tells_of_idle_sleep_without_wake_ups) {
 
 TEST_F(TheVerdict, counts_the_countdowns_that_a_movement_broke) {
     for (int i = 0; i < 6; ++i) {
-        at(hour + i * 64, PostureChange{ScreenDown});
-        at(hour + i * 64 + 4, PostureChange{Moving});
+        at(anHour + i * 64, PostureChange{ScreenDown});
+        at(anHour + i * 64 + 4, PostureChange{Moving});
     }
     const Verdict broken = verdict();
     EXPECT_EQ(broken.reason, Obstacle::none);
@@ -196,12 +196,12 @@ TEST_F(TheVerdict, counts_the_countdowns_that_a_movement_broke) {
 
 /// A bed that tilts the phone a little more and a little less than the Sensitivity allows.
 TEST_F(TheVerdict, advises_a_sensitivity_that_holds_a_phone_on_a_soft_bed) {
-    at(hour, PostureChange{ScreenDown});
+    at(anHour, PostureChange{ScreenDown});
     for (int i = 0; i < 10; ++i) {
-        at(2 * hour + i * 20 * minute, PostureChange{tilted(2.6)});
-        at(2 * hour + i * 20 * minute + 10 * minute, PostureChange{tilted(1.5)});
+        at(2 * anHour + i * 20 * aMinute, PostureChange{tilted(2.6)});
+        at(2 * anHour + i * 20 * aMinute + 10 * aMinute, PostureChange{tilted(1.5)});
     }
-    at(8 * hour + 20 * minute, PostureChange{InHand});
+    at(8 * anHour + 20 * aMinute, PostureChange{InHand});
     const Verdict soft = verdict();
     EXPECT_EQ(soft.kind, Verdict::Kind::backAndForth);
     EXPECT_THAT(soft.text,
@@ -212,10 +212,10 @@ TEST_F(TheVerdict, advises_a_sensitivity_that_holds_a_phone_on_a_soft_bed) {
 }
 
 TEST_F(TheVerdict, does_not_count_a_phone_that_was_picked_up_as_back_and_forth) {
-    at(hour, PostureChange{ScreenDown});
-    at(2 * hour, PostureChange{InHand});
-    at(2 * hour + minute, PostureChange{ScreenDown});
-    at(8 * hour, PostureChange{InHand});
+    at(anHour, PostureChange{ScreenDown});
+    at(2 * anHour, PostureChange{InHand});
+    at(2 * anHour + aMinute, PostureChange{ScreenDown});
+    at(8 * anHour, PostureChange{InHand});
     EXPECT_EQ(verdict().kind, Verdict::Kind::quiet);
 }
 
@@ -223,7 +223,7 @@ TEST_F(TheVerdict, tells_what_is_not_back_before_anything_else) {
     liesAllNight(ScreenDown);
     set("AirplaneSwitch", false);
     set("WifiSwitch", true);
-    at(2 * hour, SettingsChange{{{"WifiSwitch", false}}});
+    at(2 * anHour, SettingsChange{{{"WifiSwitch", false}}});
     const Verdict off = verdict();
     EXPECT_EQ(off.kind, Verdict::Kind::notBack);
     EXPECT_EQ(off.text, "Not back: Wi-Fi is off since 06:50:09, and was on before. With "
@@ -232,7 +232,7 @@ TEST_F(TheVerdict, tells_what_is_not_back_before_anything_else) {
 
 TEST_F(TheVerdict, tells_why_a_phone_that_was_picked_up_is_still_quiet) {
     liesAllNight(ScreenDown);
-    at(3 * hour, SettingsChange{{{"Enabled", false}}});
+    at(3 * anHour, SettingsChange{{{"Enabled", false}}});
     std::stable_sort(scenario.events.begin(), scenario.events.end(),
                      [](const auto& one, const auto& other) { return one.at < other.at; });
     const Verdict still = verdict();

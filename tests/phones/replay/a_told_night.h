@@ -30,7 +30,7 @@ inline ToldNight played(const Scenario& scenario) {
     phone.launch();
     phone.playToTheEnd();
     report.endNight(std::nullopt);
-    report.finish({});
+    report.finish({}, SummaryForm::text, story);
     return {trace.str(), story.str()};
 }
 
@@ -46,7 +46,7 @@ inline std::string replayed(const Scenario& scenario, const std::string& trace) 
     monitorObserver = &report;
     const auto endedEarly = phone.play();
     report.endNight(endedEarly);
-    report.finish({});
+    report.finish({}, SummaryForm::text, story);
     return story.str();
 }
 
