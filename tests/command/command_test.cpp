@@ -89,9 +89,9 @@ TEST(TheCommand, takes_the_units_that_it_prints) {
 }
 
 TEST(TheCommand, refuses_a_sensitivity_that_is_no_number) {
-    EXPECT_EQ(refusalOf("detect x.csv --sensitivity ''"),
-              "noctara: --sensitivity: \"\" is not a whole number of 32 bits; the settings page "
-              "offers 0 to 9 (--help lists the options)\n");
+    EXPECT_THAT(refusalOf("detect x.csv --sensitivity ''"),
+                HasSubstr("--sensitivity: \"\" is not a whole number of 32 bits; the settings page "
+                          "offers 0 to 9"));
     EXPECT_THAT(refusalOf("detect x.csv --sensitivity 2147483648"), HasSubstr("of 32 bits"));
     EXPECT_THAT(refusalOf("detect no-such.csv --sensitivity -7"), HasSubstr("no such file"));
     EXPECT_THAT(refusalOf("detect x.csv --rate ''"), HasSubstr("is not a number"));
