@@ -6,6 +6,7 @@
 #include "live/live_night.h"
 #include "live/terminal.h"
 #include "live/watch_night.h"
+#include "input/input_file.h"
 #include "night/night_files.h"
 #include "night/night_report.h"
 #include "output/interruption.h"
@@ -78,7 +79,7 @@ int begin(const NightOptions& options, std::ostream& story, std::ostream& compla
     phone->observe(report);
     monitorObserver = &report;
     if (input.motion)
-        report.story.tellOfRecording(options.motion->filename().string(), input.motionBegins,
+        report.story.tellOfRecording(shownName(options.motion->filename()), input.motionBegins,
                                      input.motion->remarks);
     if (input.scenario.phone.bundle != springBoardBundle)
         report.story.tellOfInertness();

@@ -1,6 +1,7 @@
 #include "command/night_input.h"
 
 #include "input/bad_input.h"
+#include "input/input_file.h"
 #include "night/chosen_scenario.h"
 #include "night/scenario_times.h"
 #include "phones/model/phone_model.h"
@@ -38,6 +39,10 @@ std::optional<Dictionary> settingsBelow(const std::filesystem::path& root) {
 } // namespace
 
 NightInput readNightInput(const NightInputOptions& options, std::ostream& complaints) {
+    if (options.settings && options.motion && isStandardInput(*options.settings) &&
+        isStandardInput(*options.motion))
+        throw BadInput("--settings and --motion are both -, but standard input can be read only "
+                       "once; give a file for one of them");
     NightInput input{chosenScenario(options.scenario, options.overrides), nullptr, {}};
     Scenario& scenario = input.scenario;
     if (options.settings)

@@ -26,14 +26,6 @@ struct Keep {
     const Dictionary& settings;
 };
 
-Dictionary defaultSettings() {
-    Dictionary settings;
-    for (const auto& key : settingKeys())
-        settings.set(key.name, key.kind == SettingKey::Kind::onOff ? PropertyList(key.standard != 0)
-                                                                   : PropertyList(key.standard));
-    return settings;
-}
-
 } // namespace
 
 std::unique_ptr<SimulatedPhone> makePhone(const NightInput& input,

@@ -5,9 +5,11 @@
 
 #include <CLI/CLI.hpp>
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace noctara {
@@ -42,15 +44,44 @@ CLI::Option* addChoice(CLI::App& command, const std::string& name, std::optional
                             words);
 }
 
+/// Adds an option whose value is the symbol of a unit.
+CLI::Option* addUnit(CLI::App& command, const std::string& name,
+                     const std::vector<std::string>& symbols, const std::string& description,
+                     const std::function<bool(std::string_view)>& choose) {
+    std::string accepted;
+    for (const std::string& symbol : symbols)
+        accepted += (accepted.empty() ? "" : ", ") + symbol;
+    return completedByWords(command
+                                .add_option_function<std::string>(
+                                    name,
+                                    [=](const std::string& symbol) {
+                                        if (!choose(symbol))
+                                            throw CLI::ValidationError(
+                                                name,
+                                                inQuotes(symbol) + " is none of: " + accepted);
+                                    },
+                                    description + ": " + accepted)
+                                ->type_name("UNIT"),
+                            symbols);
+}
+
 } // namespace
 
 std::vector<CLI::Option*> addRecordingOptions(CLI::App& command, RecordingOptions& options) {
-    auto* const unit = addChoice<AccelerationUnit>(
-        command, "--unit", options.unit,
-        {{"g", AccelerationUnit::g},
-         {"mg", AccelerationUnit::milliG},
-         {"m/s2", AccelerationUnit::metresPerSecondSquared}},
-        "UNIT", "unit of the recording, if the file does not give it: g, mg, m/s2");
+    auto* const unit = addUnit(command, "--unit", {"g", "mg", "m/s²"},
+                               "unit of the recording, if the file does not give it",
+                               [&options](std::string_view symbol) {
+                                   const auto found = findUnitOfAcceleration(symbol);
+                                   if (found)
+                                       options.unit = found->unit;
+                                   return found.has_value();
+                               });
+    auto* const timeUnit = addUnit(command, "--time-unit", {"s", "ms", "us", "ns"},
+                                   "unit of its times, if the file does not give it",
+                                   [&options](std::string_view symbol) {
+                                       options.timeUnit = findUnitOfTime(symbol);
+                                       return options.timeUnit.has_value();
+                                   });
     auto* const axes = addChoice<AxisConvention>(
         command, "--axes", options.axes,
         {{"android", AxisConvention::android}, {"ios", AxisConvention::ios}}, "AXES",
@@ -59,8 +90,13 @@ std::vector<CLI::Option*> addRecordingOptions(CLI::App& command, RecordingOption
         command
             .add_option("--rate", options.rate,
                         "samples per second, evenly spaced, for a recording without usable times")
-            ->type_name("HZ");
-    return {unit, axes, rate};
+            ->type_name("HZ")
+            ->check([](const std::string& text) {
+                return text.empty() ? std::string("\"\" is not a number; give the number of "
+                                                  "readings per second")
+                                    : std::string();
+            });
+    return {unit, timeUnit, axes, rate};
 }
 
 void addTimeOptions(CLI::App& command, ScenarioOverrides& overrides) {
@@ -83,7 +119,7 @@ void addNightInputOptions(CLI::App& command, NightInputOptions& options) {
         command
             .add_option("--settings", options.settings,
                         "start from a copy of this settings file, an XML or binary property "
-                        "list, instead of the scenario's settings")
+                        "list, instead of the scenario's settings; - is standard input")
             ->type_name("FILE"),
         ".plist");
     command
@@ -95,7 +131,7 @@ void addNightInputOptions(CLI::App& command, NightInputOptions& options) {
         command
             .add_option("--motion", options.motion,
                         "feed the accelerometer from this recording, which repeats when it "
-                        "ends, instead of the scenario's postures")
+                        "ends, instead of the scenario's postures; - is standard input")
             ->type_name("RECORDING");
     completedByFiles(motion, ".csv");
     command

@@ -1,5 +1,7 @@
 #include "input/file_reading.h"
 
+#include "input/input_file.h"
+
 #include <array>
 #include <cerrno>
 #include <fstream>
@@ -25,6 +27,15 @@ std::string readFile(const std::filesystem::path& file, std::size_t mostMebibyte
                                  : std::generic_category().message(errno ? errno : EIO));
     if (bytes.size() > mostBytes)
         throw UnreadableFile("larger than " + std::to_string(mostMebibytes) + " MiB");
+    return bytes;
+}
+
+std::string readInput(const std::filesystem::path& file, std::size_t mostMebibytes) {
+    InputFile input(file, mostMebibytes, InputFile::Passes::one);
+    std::string bytes;
+    std::array<char, 1 << 14> part;
+    while (const std::size_t count = input.read(part.data(), part.size()))
+        bytes.append(part.data(), count);
     return bytes;
 }
 

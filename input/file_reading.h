@@ -18,4 +18,8 @@ public:
 /// a folder or holds more than `mostMebibytes` MiB.
 std::string readFile(const std::filesystem::path& file, std::size_t mostMebibytes);
 
+/// The same for a file that the user names: "-" is standard input, and data in the gzip format is
+/// decompressed. The limit counts decompressed bytes.
+std::string readInput(const std::filesystem::path& file, std::size_t mostMebibytes);
+
 } // namespace noctara

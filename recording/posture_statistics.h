@@ -4,8 +4,8 @@
 #include "recording/recording.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
-#include <optional>
 
 namespace noctara {
 
@@ -39,33 +39,20 @@ struct PostureReading {
     double angle = 0;
 };
 
-/// The readings that pass at Sensitivity 0 in one posture. Shares are 0 to 1.
-struct LyingReadings {
-    bool screenDown = false;
-    double medianDegreesOff = 0;
-    double worstDegreesOff = 0;
+/// The shares of readings that pass, from readings that need not be in memory.
+class PostureShares {
+public:
+    void add(const PostureReading& reading);
 
-    /// The share of these readings, not of all, that passes.
-    BySensitivity passing{};
+    /// 0 to 1. There must be a reading.
+    BySensitivity of(bool screenDown) const;
 
-    /// The highest Sensitivity at which at least `share` of these readings passes.
-    std::int32_t highestPassing(double share) const;
+private:
+    using Counts = std::array<std::size_t, highestSensitivity + 1>;
+
+    std::size_t readings = 0;
+    Counts up{};
+    Counts down{};
 };
-
-struct PostureStatistics {
-    /// The share of all readings that passes, 0 to 1.
-    BySensitivity screenUp{};
-    BySensitivity screenDown{};
-
-    /// For the posture in which more readings pass. Absent if none passes.
-    std::optional<LyingReadings> lying;
-
-    /// The reading of a phone that is not moved, in any posture and of any length. Absent if the
-    /// phone is moved.
-    std::optional<PostureReading> steady;
-};
-
-/// The recording must have a sample.
-PostureStatistics computePostureStatistics(const Recording& recording);
 
 } // namespace noctara

@@ -4,22 +4,36 @@
 #include <cmath>
 #include <cstddef>
 #include <iterator>
-#include <utility>
 
 namespace noctara {
 
-double Recording::duration() const {
-    if (samples.empty() || samples.back().seconds <= 0)
+namespace {
+
+double durationOf(std::size_t count, double lastSeconds) {
+    if (lastSeconds <= 0)
         return 1.0;
-    const auto count = static_cast<double>(samples.size());
-    return samples.back().seconds * count / (count - 1);
+    return lastSeconds * static_cast<double>(count) / static_cast<double>(count - 1);
 }
 
-double Recording::medianStep() const {
+} // namespace
+
+double RecordingSummary::duration() const {
+    return durationOf(samples, lastSeconds);
+}
+
+RecordingSummary Recording::summary() const {
     std::vector<double> steps;
     for (std::size_t i = 1; i < samples.size(); ++i)
-        steps.push_back(samples[i].seconds - samples[i - 1].seconds);
-    return steps.empty() ? 0 : median(std::move(steps));
+        if (samples[i].seconds > samples[i - 1].seconds)
+            steps.push_back(samples[i].seconds - samples[i - 1].seconds);
+    const auto middle = steps.begin() + static_cast<std::ptrdiff_t>(steps.size() / 2);
+    std::nth_element(steps.begin(), middle, steps.end());
+    return {samples.size(), samples.empty() ? 0 : samples.back().seconds,
+            steps.empty() ? 0 : *middle, remarks, axesAreAssumed};
+}
+
+double Recording::duration() const {
+    return durationOf(samples.size(), samples.empty() ? 0 : samples.back().seconds);
 }
 
 const Acceleration& Recording::at(double seconds) const {
@@ -28,12 +42,6 @@ const Acceleration& Recording::at(double seconds) const {
         std::upper_bound(samples.begin(), samples.end(), moment,
                          [](double time, const Sample& sample) { return time < sample.seconds; });
     return next == samples.begin() ? next->acceleration : std::prev(next)->acceleration;
-}
-
-double median(std::vector<double> values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
 }
 
 } // namespace noctara

@@ -3,10 +3,30 @@
 
 #include "platform/motion.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
 namespace noctara {
+
+/// What is known of a recording without its samples.
+struct RecordingSummary {
+    std::size_t samples = 0;
+    double lastSeconds = 0; ///< From the first sample to the last.
+
+    /// Between two samples, in seconds. 0 for a single sample.
+    double medianStep = 0;
+
+    /// The assumptions made about the file, and the option that changes each. One line each.
+    std::vector<std::string> remarks;
+
+    /// The axis convention was not given, so screen up and screen down may be swapped.
+    bool axesAreAssumed = false;
+
+    /// In seconds, above 0. The last sample lasts one average step. A single sample lasts one
+    /// second.
+    double duration() const;
+};
 
 struct Recording {
     struct Sample {
@@ -19,25 +39,17 @@ struct Recording {
     /// batches.
     std::vector<Sample> samples;
 
-    /// The assumptions made about the file, and the option that changes each. One line each.
+    /// As in the summary.
     std::vector<std::string> remarks;
-
-    /// The axis convention was not given, so screen up and screen down may be swapped.
     bool axesAreAssumed = false;
 
-    /// In seconds, above 0. The last sample lasts one average step. A single sample lasts one
-    /// second.
-    double duration() const;
+    RecordingSummary summary() const;
 
-    /// The median of the steps between the samples, in seconds. 0 for a single sample.
-    double medianStep() const;
+    double duration() const;
 
     /// The latest sample at or before `seconds`, which must be 0 or more. The recording repeats
     /// when it ends. There must be a sample.
     const Acceleration& at(double seconds) const;
 };
-
-/// The median of the values; the upper one of two middle values. There must be a value.
-double median(std::vector<double> values);
 
 } // namespace noctara

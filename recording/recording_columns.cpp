@@ -7,14 +7,14 @@
 #include <algorithm>
 #include <cctype>
 #include <iterator>
-#include <string_view>
+#include <utility>
 
 namespace noctara {
 
 namespace {
 
 /// * stands for x, y or z. In the order of preference.
-constexpr std::array<std::string_view, 10> accelerometerNames{
+constexpr std::array<std::string_view, 11> accelerometerNames{
     "accelerationincludinggravity*", // browsers
     "accelerometeracceleration*",    // SensorLog
     "accelerometer*",                // AndroSensor
@@ -24,6 +24,7 @@ constexpr std::array<std::string_view, 10> accelerometerNames{
     "acc*",
     "a*",
     "*", // Sensor Logger, MATLAB Mobile
+    "*axis",
     "*value",
 };
 
@@ -37,6 +38,37 @@ constexpr std::array<std::string_view, 7> timeNames{
     "timestamp", // MATLAB Mobile
     "t",
 };
+
+/// In names of gravity alone, or of acceleration without it, in several languages.
+constexpr std::array<std::string_view, 9> otherThanRaw{
+    "gravit", "linear", "linair", "lineal", "user", "schwer", "withoutg", "nog", "free",
+};
+
+constexpr std::array<std::string_view, 4> valueNames{"value", "reading", "data", "measurement"};
+
+constexpr std::array<std::string_view, 3> axisNames{"axis", "channel", "component"};
+
+/// A sensor, with or without the axis.
+constexpr std::array<std::string_view, 9> sensorNames{
+    "sensor", "sensorname", "sensortype", "name", "type", "signal", "variable", "quantity", "label",
+};
+
+/// Endings of headings without a unit in brackets: "Time since start in ms", "timestamp_ns".
+constexpr std::array<std::pair<std::string_view, std::string_view>, 13> timeEndings{{
+    {"milliseconds", "ms"},
+    {"microseconds", "us"},
+    {"nanoseconds", "ns"},
+    {"seconds", "s"},
+    {"secondselapsed", "s"},
+    {"millis", "ms"},
+    {"micros", "us"},
+    {"nanos", "ns"},
+    {"msec", "ms"},
+    {"ms", "ms"},
+    {"us", "us"},
+    {"ns", "ns"},
+    {"times", "s"}, // time_s
+}};
 
 /// In lower case and without punctuation: "Acceleration x (m/s^2)" is accelerationx in m/s^2.
 struct Heading {
@@ -52,31 +84,24 @@ struct Heading {
                      [](unsigned char c) { return std::isalnum(c) != 0; });
         if (bracket < text.size())
             unit = text.substr(bracket + 1, text.find_first_of(")]", bracket) - bracket - 1);
-        if (unit == "m/s^2")
-            unit = "m/s²";
     }
 };
 
 using Headings = std::vector<Heading>;
 
 bool isRaw(std::string_view name) {
-    return !name.starts_with("gravity") && name.find("linear") == name.npos &&
-           name.find("user") == name.npos;
+    const auto contains = [name](std::string_view part) { return name.find(part) != name.npos; };
+    return contains("includinggravity") || contains("withgravity") ||
+           std::none_of(otherThanRaw.begin(), otherThanRaw.end(), contains);
 }
 
-template <typename Units>
-std::optional<typename Units::value_type> unitIn(const Heading& heading, const Units& units) {
-    for (const auto& unit : units) {
-        if (unit.symbol == heading.unit)
-            return unit;
-    }
-    return std::nullopt;
-}
-
-std::optional<std::size_t> findName(const Headings& headings, std::string_view name) {
-    for (std::size_t i = 0; i < headings.size(); ++i) {
-        if (headings[i].name == name)
-            return i;
+template <typename Names>
+std::optional<std::size_t> findAnyName(const Headings& headings, const Names& names) {
+    for (const auto& name : names) {
+        for (std::size_t i = 0; i < headings.size(); ++i) {
+            if (headings[i].name == name)
+                return i;
+        }
     }
     return std::nullopt;
 }
@@ -86,7 +111,7 @@ std::optional<std::array<std::size_t, 3>> findAxes(const Headings& headings, std
     const auto star = name.find('*');
     for (std::size_t axis = 0; axis < axes.size(); ++axis) {
         name[star] = "xyz"[axis];
-        const auto index = findName(headings, name);
+        const auto index = findAnyName(headings, std::array{std::string_view(name)});
         if (!index)
             return std::nullopt;
         axes[axis] = *index;
@@ -95,17 +120,47 @@ std::optional<std::array<std::size_t, 3>> findAxes(const Headings& headings, std
 }
 
 std::optional<std::size_t> findTime(const Headings& headings) {
-    for (const std::string_view name : timeNames) {
-        if (const auto index = findName(headings, name))
-            return index;
-    }
+    if (const auto index = findAnyName(headings, timeNames))
+        return index;
     const auto found = std::find_if(headings.begin(), headings.end(), [](const Heading& heading) {
         return heading.name.starts_with("time") || heading.name.starts_with("date") ||
-               unitIn(heading, unitsOfTime);
+               heading.name.starts_with("elapsed") || findUnitOfTime(heading.unit);
     });
     if (found == headings.end())
         return std::nullopt;
     return static_cast<std::size_t>(found - headings.begin());
+}
+
+std::optional<UnitOfTime> unitOfTimeIn(const Heading& heading) {
+    if (const auto unit = findUnitOfTime(heading.unit))
+        return unit;
+    for (const auto& [ending, symbol] : timeEndings) {
+        if (heading.name.ends_with(ending))
+            return findUnitOfTime(symbol);
+    }
+    return std::nullopt;
+}
+
+/// The names of known loggers, and patterns from the headings that look like an accelerometer's.
+/// Those of gravity and of acceleration without it come last.
+std::vector<std::string> possibleNames(const Headings& headings) {
+    std::vector<std::string> names(accelerometerNames.begin(), accelerometerNames.end());
+    for (const Heading& heading : headings) {
+        const std::string& name = heading.name;
+        const bool isKnown = name.find("acc") != name.npos || name.find("gravit") != name.npos;
+        const bool hasUnit = findUnitOfAcceleration(heading.unit).has_value();
+        for (auto x = name.rfind('x'); x != name.npos; x = x > 0 ? name.rfind('x', x - 1) : x - 1) {
+            if (isKnown || (hasUnit && x + 1 == name.size()))
+                names.push_back(name.substr(0, x) + '*' + name.substr(x + 1));
+        }
+    }
+    std::stable_partition(names.begin(), names.end(), isRaw);
+    return names;
+}
+
+template <typename Names>
+bool isAmong(std::string_view name, const Names& names) {
+    return std::find(names.begin(), names.end(), name) != names.end();
 }
 
 } // namespace
@@ -116,25 +171,50 @@ std::string RecordingColumns::nameOf(std::size_t column) const {
 
 std::optional<RecordingColumns> findColumns(const std::vector<std::string>& headingTexts) {
     const Headings headings(headingTexts.begin(), headingTexts.end());
-    std::vector<std::string> names(accelerometerNames.begin(), accelerometerNames.end());
-    for (const Heading& heading : headings) {
-        if (heading.name.ends_with('x') && unitIn(heading, unitsOfAcceleration))
-            names.push_back(heading.name.substr(0, heading.name.size() - 1) + '*');
-    }
-    for (const std::string& name : names) {
+    for (const std::string& name : possibleNames(headings)) {
         if (const auto axes = findAxes(headings, name)) {
             RecordingColumns columns;
             columns.headings = headingTexts;
             columns.axes = *axes;
             columns.raw = isRaw(name);
-            columns.unit = unitIn(headings[axes->front()], unitsOfAcceleration);
+            columns.unit = findUnitOfAcceleration(headings[axes->front()].unit);
             columns.time = findTime(headings);
-            if (columns.time)
-                columns.timeUnit = unitIn(headings[*columns.time], unitsOfTime);
+            if (columns.time) {
+                columns.timeName = headingTexts[*columns.time];
+                columns.timeUnit = unitOfTimeIn(headings[*columns.time]);
+            }
             return columns;
         }
     }
     return std::nullopt;
+}
+
+std::optional<LabelColumns> findLabelColumns(const std::vector<std::string>& headingTexts) {
+    const Headings headings(headingTexts.begin(), headingTexts.end());
+    const auto value = findAnyName(headings, valueNames);
+    LabelColumns columns;
+    for (std::size_t i = 0; i < headings.size(); ++i) {
+        if (isAmong(headings[i].name, axisNames) || isAmong(headings[i].name, sensorNames))
+            columns.labels.push_back(i);
+    }
+    if (!value || columns.labels.empty())
+        return std::nullopt;
+    columns.value = *value;
+    columns.time = findTime(headings);
+    if (columns.time) {
+        columns.timeName = headingTexts[*columns.time];
+        columns.timeUnit = unitOfTimeIn(headings[*columns.time]);
+    }
+    return columns;
+}
+
+std::optional<std::size_t> findSensorColumn(const std::vector<std::string>& headings) {
+    return findAnyName(Headings(headings.begin(), headings.end()), sensorNames);
+}
+
+bool namesRawAccelerometer(std::string_view sensor) {
+    const Heading heading{std::string(sensor)};
+    return heading.name.find("acc") != heading.name.npos && isRaw(heading.name);
 }
 
 } // namespace noctara

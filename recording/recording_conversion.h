@@ -1,26 +1,79 @@
 /// Converts the numbers of a file to seconds, and to g in the phone's axes.
-///
-/// The functions add their assumptions to the recording's remarks. There must be a sample. They
-/// throw BadInput, with a text that begins with `file`, for numbers that are not plausible.
 #pragma once
 
-#include "recording/recording_columns.h"
-#include "recording/recording_file.h"
+#include "recording/recording.h"
+#include "recording/recording_parser.h"
 
+#include <cstddef>
 #include <string>
+#include <vector>
 
 namespace noctara {
 
-/// Converts the times of the samples to seconds since the first sample. With `dates` the times are
-/// in seconds already.
-void convertTimes(Recording& recording, const std::string& file, const RecordingColumns& columns,
-                  bool dates);
+/// What must be known of all readings of a file before one of them can be converted.
+class RecordingSurvey {
+public:
+    void add(const RawReading& reading);
 
-/// Spaces the samples evenly.
-void setRate(Recording& recording, double rate);
+    std::size_t count() const { return readings; }
+    double firstTime() const { return first; }
 
-/// Converts the accelerations to g in the phone's axes.
-void convertAccelerations(Recording& recording, const std::string& file,
-                          const RecordingColumns& columns, const RecordingOptions& options);
+    /// In the unit of the file. Each time that the clock is set back counts as one step.
+    double span() const;
+
+    /// The median of the steps above 0. 0 if there is none.
+    double medianStep() const;
+
+    /// Whether the steps above 0 hardly differ, as those of a slow logger.
+    bool isRegular() const;
+
+    double medianLength() const;
+
+private:
+    std::size_t readings = 0;
+    double first = 0;
+    double latest = 0;
+    double forward = 0; ///< The sum of the steps.
+    std::size_t setBacks = 0;
+    // Floats, because a recording has millions of readings and these only tell the units.
+    std::vector<float> steps;
+    std::vector<float> lengths;
+};
+
+/// Converts the readings, which must be given in order.
+class RecordingConversion {
+public:
+    /// Adds the assumptions to `remarks`. Throws BadInput, with a text that begins with `file`, for
+    /// numbers that are not plausible.
+    RecordingConversion(const RecordingSurvey& survey, const RecordingParser& parser,
+                        const RecordingOptions& options, const std::string& file,
+                        std::vector<std::string>& remarks);
+
+    Recording::Sample convert(const RawReading& reading);
+
+    /// Begins again with the first reading.
+    void restart();
+
+    /// In seconds.
+    double medianStep() const { return step * secondsPerUnit; }
+    double lastSeconds() const { return span; }
+
+private:
+    void chooseTimes(const RecordingSurvey& survey, const RecordingParser& parser,
+                     const std::string& file, std::vector<std::string>& remarks);
+    void chooseAccelerations(const RecordingSurvey& survey, const RecordingParser& parser,
+                             const std::string& file, std::vector<std::string>& remarks);
+
+    const RecordingOptions& options;
+    double secondsPerUnit = 1;
+    double first = 0;
+    double step = 0;
+    double span = 0;
+    double divisor = 1;
+
+    std::size_t converted = 0;
+    double latest = 0;
+    double offset = 0; ///< Added to the times after the clock was set back.
+};
 
 } // namespace noctara

@@ -1,36 +1,55 @@
 /// Reads the CSV files that accelerometer loggers write: phyphox, Sensor Logger, SensorLog,
 /// AndroSensor, Physics Toolbox, MATLAB Mobile, and others with similar headings.
+///
+/// Fields are separated by semicolons, tabs or commas; numbers have decimal points or commas. The
+/// columns are found by their headings. Lines before the headings are ignored. A file may have one
+/// value in each line, with its axis; or lines of several sensors. A later line without a reading
+/// is skipped and reported to `complaints` as "FILE:LINE: ..."; after ten of them the rest is only
+/// counted. Where the clock was set back, the later readings follow one step after the earlier
+/// ones.
+///
+/// The file may be compressed with gzip, and "-" is standard input.
 #pragma once
 
+#include "input/input_file.h"
 #include "recording/recording.h"
-#include "recording/units.h"
+#include "recording/recording_conversion.h"
+#include "recording/recording_options.h"
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <ostream>
+#include <string>
 
 namespace noctara {
 
-/// The sign of the readings: a phone lying screen up reads z = -1 g on iOS, and +1 g on Android,
-/// which reports the reaction to gravity.
-enum class AxisConvention { ios, android };
+/// A file that is read twice: first to find its units, then for the samples. The samples of a night
+/// need not fit into memory.
+class RecordingFile {
+public:
+    /// Reads the file for the first time. There is at least one sample. Throws BadInput when the
+    /// file cannot be used.
+    RecordingFile(const std::filesystem::path& path, const RecordingOptions& options,
+                  std::ostream& complaints);
 
-/// If the unit is absent, it is taken from the headings, otherwise from the numbers. If the axis
-/// convention is absent, it is taken from the unit.
-struct RecordingOptions {
-    std::optional<AccelerationUnit> unit;
-    std::optional<AxisConvention> axes;
+    const RecordingSummary& summary() const { return found; }
 
-    /// Samples per second, evenly spaced, above 0. The times in the file are then ignored.
-    std::optional<double> rate;
+    /// Calls `visit` for each sample in the order of time. May be called once. Throws BadInput if
+    /// the file can no longer be read.
+    void forEachSample(const std::function<void(const Recording::Sample&)>& visit);
+
+private:
+    void readLines(RecordingParser& parser);
+
+    const RecordingOptions options;
+    const std::string name;
+    std::optional<InputFile> input;
+    std::optional<RecordingConversion> conversion;
+    RecordingSummary found;
 };
 
-/// Fields are separated by semicolons, tabs or commas; numbers have decimal points or commas. The
-/// columns are found by their headings. Lines before the headings are ignored. A later line without
-/// a reading is skipped and reported to `complaints` as "FILE:LINE: ..."; after ten of them the
-/// rest is only counted.
-///
-/// Returns at least one sample. Throws BadInput when the file cannot be used.
+/// The whole recording. Throws BadInput as RecordingFile does.
 Recording readRecording(const std::filesystem::path& path, const RecordingOptions& options,
                         std::ostream& complaints);
 

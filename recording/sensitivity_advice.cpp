@@ -20,11 +20,6 @@ double toleranceDegrees(std::int32_t sensitivity) {
     return postureTolerance(sensitivity) * degreesPerRadian;
 }
 
-/// In a longer gap nothing is known of the phone.
-double longestGap(double medianStep) {
-    return std::max(10.0, 3 * medianStep);
-}
-
 bool isEnough(const StillPart& part) {
     return part.seconds >= SensitivityAdvice::neededSeconds &&
            part.readings >= SensitivityAdvice::neededReadings;
@@ -78,7 +73,7 @@ double secondsToRecord(double medianStep) {
 
 } // namespace
 
-AdviceSearch::AdviceSearch(double medianStep) : step(medianStep), parts(longestGap(medianStep)) {}
+AdviceSearch::AdviceSearch(double medianStep) : step(medianStep), parts(medianStep) {}
 
 void AdviceSearch::add(const Recording::Sample& sample) {
     latest = sample.seconds;
@@ -113,7 +108,7 @@ SensitivityAdvice AdviceSearch::finish(bool axesAreAssumed) {
 }
 
 SensitivityAdvice adviceFrom(const Recording& recording) {
-    AdviceSearch search(recording.medianStep());
+    AdviceSearch search(recording.summary().medianStep);
     for (const auto& sample : recording.samples)
         search.add(sample);
     return search.finish(recording.axesAreAssumed);

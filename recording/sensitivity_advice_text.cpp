@@ -22,6 +22,8 @@ std::string shownRoom(double degrees) {
 }
 
 std::string shownTime(double seconds) {
+    if (seconds < 1)
+        return "less than a second";
     if (seconds < 120)
         return fmt::format("{:.0f} seconds", std::floor(seconds));
     if (seconds < 7200)
@@ -121,19 +123,18 @@ Lines linesOfOutcome(const SensitivityAdvice& advice) {
                 "The sensor is badly calibrated, or the unit is wrong (--unit says otherwise)."};
     case Outcome::moving:
         return {advice.stillSeconds > 0
-                    ? fmt::format("No advice: the phone moves; it keeps still for only {} of {}.",
-                                  still, shownTime(advice.recordedSeconds))
+                    ? fmt::format("No advice: the phone moves; it keeps still for {} of {}.", still,
+                                  shownTime(advice.recordedSeconds))
                     : "No advice: the phone moves all the time.",
                 advisedRecording(advice)};
     case Outcome::tooFew:
-        return {
-            advice.stillSeconds >= advice.neededSeconds
-                ? fmt::format("No advice: there are only {} readings of the phone at rest; {} "
-                              "are needed.",
-                              advice.stillReadings, advice.neededReadings)
-                : fmt::format("No advice: the phone is seen at rest for only {}; {} are needed.",
-                              still, shownTime(advice.neededSeconds)),
-            advisedRecording(advice)};
+        return {advice.stillSeconds >= advice.neededSeconds
+                    ? fmt::format("No advice: there are only {} readings of the phone at rest; {} "
+                                  "are needed.",
+                                  advice.stillReadings, advice.neededReadings)
+                    : fmt::format("No advice: the phone is seen at rest for {}; {} are needed.",
+                                  still, shownTime(advice.neededSeconds)),
+                advisedRecording(advice)};
     }
     return {};
 }

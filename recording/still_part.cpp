@@ -79,7 +79,11 @@ Acceleration StillPart::average() const {
     return {sum.x / count, sum.y / count, sum.z / count};
 }
 
-StillPartFinder::StillPartFinder(double longest) : longestGap(longest) {}
+double longestGapBetween(double medianStep) {
+    return std::max(10.0, 3 * medianStep);
+}
+
+StillPartFinder::StillPartFinder(double medianStep) : longestGap(longestGapBetween(medianStep)) {}
 
 void StillPartFinder::add(const Recording::Sample& sample) {
     if (!second.empty() && sample.seconds == second.back().seconds)

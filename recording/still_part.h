@@ -48,12 +48,15 @@ struct StillPart {
 
 using StillParts = std::array<StillPart, restCount>;
 
+/// In seconds. In a longer gap between two samples nothing is known of the phone.
+double longestGapBetween(double medianStep);
+
 /// Divides a recording into seconds, and joins those in which the phone keeps still. A part that is
 /// shorter than a countdown is not counted. Needs memory for one second.
 class StillPartFinder {
 public:
-    /// `longestGap` in seconds. In a longer gap between two samples the phone may have moved.
-    explicit StillPartFinder(double longestGap);
+    /// `medianStep` between two samples, in seconds.
+    explicit StillPartFinder(double medianStep);
 
     /// The samples must come in the order of time.
     void add(const Recording::Sample& sample);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string_view>
 
 namespace noctara {
@@ -33,5 +34,11 @@ inline constexpr std::array<UnitOfTime, 4> unitsOfTime{{
     {"us", "microseconds", 1e-6},
     {"ns", "nanoseconds", 1e-9},
 }};
+
+/// The unit with this symbol, in any case: g, mg, m/s², m/s^2, m/s2 and the like.
+std::optional<UnitOfAcceleration> findUnitOfAcceleration(std::string_view symbol);
+
+/// The unit with this symbol, in any case: s, ms, us or µs, ns.
+std::optional<UnitOfTime> findUnitOfTime(std::string_view symbol);
 
 } // namespace noctara

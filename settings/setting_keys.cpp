@@ -53,6 +53,14 @@ std::span<const SettingKey> settingKeys() {
     return keys;
 }
 
+Dictionary defaultSettings() {
+    Dictionary settings;
+    for (const auto& key : keys)
+        settings.set(key.name, key.kind == onOff ? PropertyList(key.standard != 0)
+                                                 : PropertyList(key.standard));
+    return settings;
+}
+
 const SettingKey* findSettingKey(std::string_view name) {
     const auto* const found =
         std::find_if(keys.begin(), keys.end(), [&](const auto& key) { return key.name == name; });

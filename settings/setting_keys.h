@@ -3,6 +3,8 @@
 
 #include "platform/property_list.h"
 
+#include "platform/property_list.h"
+
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -33,6 +35,9 @@ struct SettingKey {
 
 /// All keys except those of the applications, in the order of the settings page.
 std::span<const SettingKey> settingKeys();
+
+/// Each key with its default.
+Dictionary defaultSettings();
 
 /// Null if it is none of these keys.
 const SettingKey* findSettingKey(std::string_view name);

@@ -2,7 +2,7 @@
 
 #include "input/bad_input.h"
 #include "input/file_reading.h"
-#include "input/printable.h"
+#include "input/input_file.h"
 #include "output/output_file.h"
 #include "phones/model/property_list_edit.h"
 #include "phones/model/property_list_file.h"
@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 namespace {
 
 [[noreturn]] void refuse(const fs::path& file, std::string_view why) {
-    throw BadInput(fmt::format("{}: {}", printable(file.string()), why));
+    throw BadInput(fmt::format("{}: {}", shownName(file), why));
 }
 
 bool isRegularFile(const fs::path& file) {
@@ -64,14 +64,14 @@ void write(const fs::path& file, std::string_view bytes) {
     OutputFile output("settings", file, {});
     output.stream() << bytes;
     if (!output.keep())
-        throw std::runtime_error(printable(file.string()) +
+        throw std::runtime_error(shownName(file) +
                                  " could not be written; it is as it was before");
 }
 
 } // namespace
 
 Dictionary readSettingsFile(const fs::path& file) {
-    const auto parsed = readPropertyListFile(file);
+    const auto parsed = readPropertyListInput(file);
     if (!parsed.value && hasOldTextForm(file))
         refuse(file, "the old text form of property lists, or JSON; convert it to XML first, for "
                      "example with: plutil -convert xml1");
@@ -86,6 +86,8 @@ Dictionary readSettingsFile(const fs::path& file) {
 
 void changeSettingsFile(const fs::path& file, const std::string& key,
                         const std::optional<PropertyList>& value) {
+    if (isStandardInput(file))
+        refuse(file, "cannot be changed; give the name of a settings file");
     readSettingsFile(file);
     checkReplaceable(file);
     const auto changed = changedPropertyList(readFile(file, 1), key, value);
@@ -100,13 +102,7 @@ void makeSettingsFile(const fs::path& file) {
         refuse(file, "is there already; give another file");
     if (fs::is_symlink(file, ignored))
         refuse(file, "a link to a file that does not exist; give that file");
-    Dictionary settings;
-    for (const auto& key : settingKeys()) {
-        const bool isSwitch = key.kind == SettingKey::Kind::onOff;
-        settings.set(key.name,
-                     isSwitch ? PropertyList(key.standard != 0) : PropertyList(key.standard));
-    }
-    write(file, propertyListXml(settings));
+    write(file, propertyListXml(defaultSettings()));
 }
 
 } // namespace noctara

@@ -341,6 +341,14 @@ ParsedPropertyList readPropertyListFile(const std::filesystem::path& file) {
     }
 }
 
+ParsedPropertyList readPropertyListInput(const std::filesystem::path& file) {
+    try {
+        return parsePropertyList(readInput(file, maximumBytes >> 20));
+    } catch (const UnreadableFile& error) {
+        return {std::nullopt, error.what()};
+    }
+}
+
 std::string propertyListXml(const PropertyList& value) {
     std::string xml = xmlOf(nodeOf(value).get());
     // libplist writes -0.0 without its sign. Text cannot contain the tag, because "<" is escaped in

@@ -21,6 +21,10 @@ ParsedPropertyList parsePropertyList(std::string_view bytes);
 
 ParsedPropertyList readPropertyListFile(const std::filesystem::path& file);
 
+/// Reads a file that the user names, also from a pipe. "-" is standard input, and gzip data is
+/// decompressed.
+ParsedPropertyList readPropertyListInput(const std::filesystem::path& file);
+
 /// XML that parsePropertyList reads as an equal value, with two exceptions. Dates are rounded down
 /// to whole seconds and clamped to the years 1 to 9999; NaN becomes the earliest. Text ends at its
 /// first NUL. A number that was read here is written as it was read, including the sign of -0.0 and

@@ -57,8 +57,51 @@ TEST(TheCommand, refuses_what_it_does_not_know) {
     EXPECT_THAT(refusalOf("sleep"), HasSubstr("--help"));
     EXPECT_THAT(refusalOf("detect"), HasSubstr("RECORDING"));
     EXPECT_THAT(refusalOf("detect --unit furlong x.csv"),
-                HasSubstr("\"furlong\" is none of: g, m/s2, mg"));
+                HasSubstr("\"furlong\" is none of: g, mg, m/s²"));
     EXPECT_THAT(refusalOf("night --motion-at 23:00"), HasSubstr("--motion"));
+}
+
+TEST(TheCommand, reads_compressed_files_and_standard_input) {
+    const std::string recording = "time,x,y,z\\n0,0,0,-1\\n1,0,0,-1\\n";
+    const auto detectFrom = [&](const std::string& pipe) {
+        return noctara::run("printf '" + recording + "' | " + pipe +
+                            "'" NOCTARA_COMMAND "' detect - 2>&1")
+            .output;
+    };
+    EXPECT_THAT(detectFrom(""), HasSubstr("\n2 readings in 2.0 s"));
+    EXPECT_THAT(detectFrom("gzip | "), HasSubstr("\n2 readings in 2.0 s"));
+
+    const Played night =
+        noctara::run("printf '<plist><dict><key>ScreenDown</key><false/></dict></plist>' | gzip | "
+                     "'" NOCTARA_COMMAND "' night --settings - 2>&1");
+    EXPECT_EQ(night.exitCode, 0);
+    EXPECT_THAT(night.output, HasSubstr("The settings lack Enabled, ScanInterval, ActiveOnSleep"));
+
+    EXPECT_THAT(refusalOf("night --settings - --motion - < /dev/null"),
+                HasSubstr("standard input can be read only once"));
+}
+
+TEST(TheCommand, takes_the_units_that_it_prints) {
+    for (const char* unit : {"g", "G", "mg", "m/s²", "m/s^2", "m/s2", "M/S2"})
+        EXPECT_THAT(refusalOf("detect no-such.csv --unit '" + std::string(unit) + "'"),
+                    HasSubstr("no such file"));
+    EXPECT_THAT(refusalOf("detect x.csv --time-unit h"), HasSubstr("none of: s, ms, us, ns"));
+}
+
+TEST(TheCommand, refuses_a_sensitivity_that_is_no_number) {
+    EXPECT_THAT(refusalOf("detect x.csv --sensitivity ''"),
+                HasSubstr("--sensitivity: \"\" is not a whole number of 32 bits; the settings page "
+                          "offers 0 to 9"));
+    EXPECT_THAT(refusalOf("detect x.csv --sensitivity 2147483648"), HasSubstr("of 32 bits"));
+    EXPECT_THAT(refusalOf("detect no-such.csv --sensitivity -7"), HasSubstr("no such file"));
+    EXPECT_THAT(refusalOf("detect x.csv --rate ''"), HasSubstr("is not a number"));
+}
+
+TEST(TheCommand, shows_no_control_characters_of_its_arguments) {
+    for (const char* arguments :
+         {"detect \"$(printf 'a\\033[31m.csv')\"", "\"$(printf 'a\\033[31m')\"",
+          "night --motion \"$(printf 'a\\033[31m.csv')\""})
+        EXPECT_THAT(refusalOf(arguments), testing::Not(HasSubstr("\x1b"))) << arguments;
 }
 
 TEST(TheCommand, names_the_file_the_line_and_the_column_of_a_wrong_scenario) {

@@ -35,12 +35,12 @@ std::vector<std::string> readyMadeNights() {
     return names;
 }
 
-struct Played {
+struct PlayedNight {
     int exitCode;
     std::string story;
 };
 
-Played play(NightOptions options, const std::string& expectedComplaints = "") {
+PlayedNight play(NightOptions options, const std::string& expectedComplaints = "") {
     std::ostringstream story;
     std::ostringstream complaints;
     const int exitCode = playNight(options, story, complaints);
@@ -105,7 +105,7 @@ TEST(TheCompleteExample, of_the_manual_goes_quiet_and_everything_comes_back) {
     NightOptions options;
     options.scenario = folder.path / "example.toml";
     std::ofstream(*options.scenario) << manual.substr(begin, manual.find("```", begin) - begin);
-    const Played example = play(options);
+    const PlayedNight example = play(options);
     EXPECT_EQ(example.exitCode, 0);
     EXPECT_THAT(example.story, testing::HasSubstr("launches com.apple.mobiletimer, switches "
                                                   "airplane mode on.\n"));
@@ -295,7 +295,7 @@ TEST(ANightOnTheCommandLine, says_that_a_monitor_that_never_waits_is_wrong) {
                                "settings = {EnableOnAC = true, ScanInterval = 0}\n";
     NightOptions options;
     options.scenario = scenario;
-    const Played played = play(options);
+    const PlayedNight played = play(options);
     EXPECT_EQ(played.exitCode, 1);
     EXPECT_THAT(played.story, testing::HasSubstr("without waiting"));
 }

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -44,8 +45,9 @@ TEST_F(ARecording, in_thousandths_of_g_is_scaled) {
 }
 
 TEST_F(ARecording, follows_what_the_user_says_against_its_headings_and_numbers) {
-    const RecordingOptions options{AccelerationUnit::metresPerSecondSquared, AxisConvention::ios,
-                                   50.0};
+    const RecordingOptions options{.unit = AccelerationUnit::metresPerSecondSquared,
+                                   .axes = AxisConvention::ios,
+                                   .rate = 50.0};
     const Recording recording = read("time (ms),x (g),y (g),z (g)\n"
                                      "7,0.980665,0,-0.980665\n"
                                      "5,0.980665,0,-0.980665\n",
@@ -62,7 +64,7 @@ TEST_F(ARecording, says_what_was_assumed_and_which_option_changes_it) {
     const Recording recording = read("time,x,y,z\n0,0,0,9.8\n0.1,0,0,9.8\n");
     EXPECT_THAT(recording.remarks, Contains("x, y, z: \"x\", \"y\", \"z\""));
     EXPECT_THAT(recording.remarks, Contains("time: \"time\", seconds, told from its steps; "
-                                            "--rate HZ says otherwise"));
+                                            "--time-unit says otherwise"));
     EXPECT_THAT(recording.remarks, Contains("unit: m/s², told from the lengths (median 9.8); "
                                             "--unit says otherwise"));
     EXPECT_THAT(recording.remarks, Contains("axes: Android's (screen up reads z = +1 g), as usual "
@@ -94,6 +96,128 @@ TEST_F(ARecording, tells_the_unit_of_unnamed_times_from_their_steps) {
     }
 }
 
+TEST_F(ARecording, tells_the_unit_of_unnamed_times_from_the_usual_step) {
+    std::string text = "time,x,y,z\n";
+    for (int i = 0; i < 20; ++i)
+        text += std::to_string(i < 10 ? i : i + 3600) + ",0,0,1\n";
+    EXPECT_NEAR(read(text).samples.back().seconds, 3619, 1e-6) << "with a gap of an hour";
+
+    text = "time,x,y,z\n";
+    for (int i = 0; i < 20; ++i)
+        text += std::to_string(5 * i) + ",0,0,1\n";
+    EXPECT_NEAR(read(text).samples.back().seconds, 95, 1e-6) << "one reading every five seconds";
+
+    text = "time,x,y,z\n";
+    for (int i = 0; i < 200; ++i)
+        text += std::to_string(5 * i + i % 2) + ",0,0,1\n";
+    EXPECT_NEAR(read(text).samples.back().seconds, 0.996, 1e-6)
+        << "uneven steps are those of a fast logger in milliseconds";
+
+    EXPECT_NEAR(read("time,x,y,z\n1393709400,0,0,1\n1393709420,0,0,1\n").samples[1].seconds, 20,
+                1e-6)
+        << "the first time is a date in seconds";
+}
+
+TEST_F(ARecording, takes_the_unit_of_its_times_from_the_user_or_the_heading) {
+    const std::string rows = ",x,y,z\n0,0,0,1\n5,0,0,1\n";
+    const RecordingOptions options{.timeUnit = findUnitOfTime("ms")};
+    const Recording chosen = read("time (s)" + rows, options);
+    EXPECT_NEAR(chosen.samples[1].seconds, 0.005, 1e-9);
+    EXPECT_THAT(chosen.remarks, Contains("time: \"time (s)\", milliseconds, as --time-unit says"));
+    for (const char* heading :
+         {"timestamp_ms", "time (ms)", "Time since start in ms", "elapsedMilliseconds"})
+        EXPECT_NEAR(read(heading + rows).samples[1].seconds, 0.005, 1e-9) << heading;
+    EXPECT_NEAR(read("time_us" + rows).samples[1].seconds, 5e-6, 1e-12);
+    EXPECT_NEAR(read("time [\u00B5s]" + rows).samples[1].seconds, 5e-6, 1e-12);
+}
+
+TEST_F(ARecording, reads_times_of_day_across_midnight) {
+    const Recording recording = read("time,x,y,z\n"
+                                     "23:59:59.250,0,0,-1\n"
+                                     "23:59:59.750,0,0,-1\n"
+                                     "0:00:00.250,0,0,-1\n"
+                                     "00:00:01,0,0,-1\n"
+                                     "24:00:01,0,0,-1\n"
+                                     "00:00:01.5x,0,0,-1\n");
+    ASSERT_EQ(recording.samples.size(), 4U);
+    EXPECT_NEAR(recording.samples[2].seconds, 1, 1e-6);
+    EXPECT_NEAR(recording.samples[3].seconds, 1.75, 1e-6);
+    EXPECT_THAT(recording.remarks, Contains("time: \"time\", times of day; --rate HZ says "
+                                            "otherwise"));
+    EXPECT_THAT(complaintLines(),
+                Contains(":6: the time is not a time of day: \"24:00:01\"; the line is skipped"));
+    EXPECT_EQ(read("time;x;y;z\n1:02:03,5;0;0;1\n1:02:03:750;0;0;1\n").samples[1].seconds, 0.25);
+}
+
+TEST_F(ARecording, keeps_what_follows_after_the_clock_was_set_back) {
+    const Recording recording = read("time,x,y,z\n"
+                                     "100,0,0,-1\n"
+                                     "101,0,0,-1\n"
+                                     "102,0.1,0,-1\n"
+                                     "50,0.2,0,-1\n"
+                                     "51,0.3,0,-1\n"
+                                     "52,0.4,0,-1\n");
+    ASSERT_EQ(recording.samples.size(), 6U);
+    for (std::size_t i = 0; i < 6; ++i)
+        EXPECT_NEAR(recording.samples[i].seconds, static_cast<double>(i), 1e-9);
+    EXPECT_NEAR(recording.samples[3].acceleration.x, 0.2, 1e-9);
+    EXPECT_EQ(complaints.str(), "");
+    EXPECT_THAT(recording.remarks, Contains("the clock is set back once: the readings after it "
+                                            "follow one step after those before it"));
+}
+
+TEST_F(ARecording, with_one_value_in_each_line_is_put_together) {
+    expectTiltedScreenUp(read("timestamp (s),axis,value\n"
+                              "0.5,x,-0.1\n0.5,y,0\n0.5,z,-1\n"
+                              "0.7,z,-1\n0.7,x,-0.1\n0.7,y,0\n0.9,x,3\n"),
+                         0.2);
+    expectTiltedScreenUp(read("time;sensor;axis;value\n"
+                              "0,5;gyroscope;x;7\n"
+                              "0,5;linear_acceleration;x;7\n"
+                              "0,5;accelerometer;x;0,980665\n"
+                              "0,5;accelerometer;y;0\n"
+                              "0,5;linear_acceleration;y;7\n"
+                              "0,5;linear_acceleration;z;7\n"
+                              "0,5;accelerometer;z;9,80665\n"
+                              "0,7;accelerometer;x;0,980665\n"
+                              "0,7;accelerometer;y;0\n"
+                              "0,7;accelerometer;z;9,80665\n"),
+                         0.2);
+    EXPECT_EQ(complaints.str(), "");
+    EXPECT_THAT(refusalOf("time,sensor,value\n0,light,1\n0,gyro x,2\n"),
+                HasSubstr(":3: no lines above name x, y and z of an accelerometer"));
+    EXPECT_THAT(refusalOf("time,name,value\n0,gravityX,1\n0,gravityY,2\n0,gravityZ,2\n"),
+                HasSubstr("record the raw accelerometer"));
+}
+
+TEST_F(ARecording, with_lines_of_several_sensors_is_that_of_the_accelerometer) {
+    const Recording recording = read("time,sensor,x,y,z\n"
+                                     "0.0,Gyroscope,7,7,7\n"
+                                     "0.5,Accelerometer,-0.1,0,-1\n"
+                                     "0.5,Gravity,0,7,0\n"
+                                     "0.6,Accelerometer Uncalibrated,7,7,7\n"
+                                     "0.7,Accelerometer,-0.1,0,-1\n");
+    expectTiltedScreenUp(recording, 0.2);
+    EXPECT_THAT(recording.remarks,
+                Contains("sensor: \"Accelerometer\", the lines of others are left out"));
+}
+
+TEST_F(ARecording, prefers_raw_columns_in_any_language) {
+    expectTiltedScreenUp(
+        read("Zeit (s);Lineare Beschleunigung x (m/s^2);Lineare Beschleunigung y (m/s^2);Lineare "
+             "Beschleunigung z (m/s^2);Beschleunigung x (m/s^2);Beschleunigung y "
+             "(m/s^2);Beschleunigung z (m/s^2)\n0;7;7;7;0.980665;0;9.80665\n"
+             "1;7;7;7;0.980665;0;9.80665\n"),
+        1);
+    expectTiltedScreenUp(read("time,userAccelX,userAccelY,userAccelZ,gravityX,gravityY,gravityZ,"
+                              "rawAccX,rawAccY,rawAccZ\n0,7,7,7,6,6,6,-0.1,0,-1\n"
+                              "1,7,7,7,6,6,6,-0.1,0,-1\n"),
+                         1);
+    expectTiltedScreenUp(read("time,linear_acc_x,linear_acc_y,linear_acc_z,acc_x_g,acc_y_g,"
+                              "acc_z_g\n0,7,7,7,-0.1,0,-1\n1,7,7,7,-0.1,0,-1\n"),
+                         1);
+}
+
 TEST_F(ARecording, reads_iso_dates_across_offsets) {
     const Recording recording = read("date,x,y,z\n"
                                      "2014-03-30T01:59:59.500000000+01:00,0,0,-1\n"
@@ -112,7 +236,7 @@ TEST_F(ARecording, without_times_needs_a_rate) {
     const std::string text = "x,y,z\n0,0,-1\n0,0,-1\n0,0,-1\n";
     EXPECT_EQ(refusalOf(text), ":1: there is no column of times; give the number of readings per "
                                "second with --rate HZ");
-    const Recording recording = read(text, {{}, {}, 4.0});
+    const Recording recording = read(text, {.rate = 4.0});
     EXPECT_DOUBLE_EQ(recording.samples[2].seconds, 0.5);
     EXPECT_DOUBLE_EQ(recording.duration(), 0.75);
 }
@@ -120,13 +244,16 @@ TEST_F(ARecording, without_times_needs_a_rate) {
 TEST_F(ARecording, refuses_a_rate_that_is_none) {
     for (const double rate : {0.0, -1.0, HUGE_VAL}) {
         std::ofstream(path) << "time,x,y,z\n0,0,0,1\n";
-        EXPECT_THROW(readRecording(path, {{}, {}, rate}, complaints), BadInput);
+        EXPECT_THROW(readRecording(path, {.rate = rate}, complaints), BadInput);
     }
 }
 
 TEST_F(ARecording, without_a_readable_time_needs_a_rate) {
-    EXPECT_THAT(refusalOf("time,x,y,z\n13:45:12:345,0,0,1\n"),
-                HasSubstr(":2: the time in \"time\" is neither a number nor an ISO date"));
+    EXPECT_THAT(
+        refusalOf("time,x,y,z\n13:45 o'clock,0,0,1\n"),
+        HasSubstr(
+            ":2: the time in \"time\" is neither a number nor an ISO date and time nor a time of "
+            "day"));
     EXPECT_THAT(refusalOf("time,x,y,z\n5,0,0,1\n5,0,0,1\n"), HasSubstr("the same in all lines"));
     EXPECT_THAT(refusalOf("time (s),x,y,z\n0,0,0,1\n1e12,0,0,1\n"), HasSubstr("days"));
 }
@@ -152,8 +279,8 @@ TEST_F(ARecording, reports_the_lines_that_hold_no_reading_and_goes_on) {
                                     ":6: x is not a number: \"nan\"; the line is skipped",
                                     ":7: y is not a number: \"inf\"; the line is skipped",
                                     ":8: z is not a number: \"\"; the line is skipped",
-                                    ":11: the time is out of order; the line is skipped",
-                                    ":12: z is not a number: \"0x1\"; the line is skipped"}));
+                                    ":12: z is not a number: \"0x1\"; the line is skipped",
+                                    ":11: the time is out of order; the line is skipped"}));
     EXPECT_THAT(recording.remarks, Contains("skipped: 8 lines without a reading"));
 }
 
@@ -244,7 +371,7 @@ TEST_F(ARecording, in_an_unknown_unit_is_refused_unless_the_user_says_it) {
     EXPECT_EQ(refusalOf(text), ": the unit cannot be told: half of the readings are longer than "
                                "64, where a phone at rest reads 1 g, 9.8 m/s² or 1000 mg; give the "
                                "unit with --unit");
-    expectReading(read(text, {AccelerationUnit::g, {}, {}}).samples[0].acceleration, 0, 0, -64);
+    expectReading(read(text, {.unit = AccelerationUnit::g}).samples[0].acceleration, 0, 0, -64);
 }
 
 TEST_F(ARecording, with_commas_for_all_purposes_is_refused) {
@@ -280,11 +407,11 @@ TEST_F(ARecording, that_is_missing_or_a_directory_is_refused) {
         }
         return std::string("it was read");
     };
-    EXPECT_EQ(refusal(), ": cannot be read: No such file or directory; give the CSV file that the "
-                         "logger exports");
+    EXPECT_EQ(refusal(),
+              ": cannot be read: no such file; give the CSV file that the logger exports");
     std::filesystem::create_directory(path);
     EXPECT_EQ(refusal(),
-              ": cannot be read: Is a directory; give the CSV file that the logger exports");
+              ": cannot be read: a folder, not a file; give the CSV file that the logger exports");
 }
 
 TEST(ARecordingInTime, gives_the_latest_sample) {
