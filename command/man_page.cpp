@@ -1,7 +1,5 @@
 #include "command/program_text.h"
 
-#include <fmt/format.h>
-
 #include <sstream>
 
 namespace noctara {
@@ -63,15 +61,20 @@ std::string item(const OptionText& option) {
     return text;
 }
 
-std::string section(const CommandText& program, const CommandText& command) {
-    std::string text = fmt::format(".Ss {} {}\n", program.name, command.name) +
-                       paragraph(sentence(command.description));
+/// The section of a subcommand, and those of its subcommands.
+std::string section(const std::string& parent, const CommandText& command) {
+    const std::string name = parent + ' ' + command.name;
+    std::string text = ".Ss " + name + '\n' + paragraph(sentence(command.description));
     std::string items;
     for (const auto* list : {&command.arguments, &command.options})
         for (const auto& option : *list)
             if (!isHelp(option))
                 items += item(option);
-    return text + (items.empty() ? "" : ".Bl -tag -width Ds\n" + items + ".El\n");
+    if (!items.empty())
+        text += ".Bl -tag -width Ds\n" + items + ".El\n";
+    for (const auto& subcommand : command.subcommands)
+        text += section(name, subcommand);
+    return text;
 }
 
 std::string synopsis(const CommandText& command) {
@@ -81,6 +84,8 @@ std::string synopsis(const CommandText& command) {
     for (const auto& argument : command.arguments)
         text += (argument.isRequired ? "." : ".Op ") + asMacros(argument) +
                 (argument.isRepeatable ? " ...\n" : "\n");
+    if (!command.subcommands.empty())
+        text += ".Op Ar SUBCOMMAND ...\n";
     return text;
 }
 
@@ -99,7 +104,7 @@ std::string manPage(const CommandText& program, const std::string& pageTemplate,
             page += ".Nm\n.Fl -version\n";
         } else if (line == "@SUBCOMMANDS@") {
             for (const auto& command : program.subcommands)
-                page += section(program, command);
+                page += section(program.name, command);
         } else {
             page += line + '\n';
         }

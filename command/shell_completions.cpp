@@ -77,8 +77,12 @@ std::string branchesInBash(const CommandText& program, bool ofValues) {
     std::string branches;
     for (const auto& command : program.subcommands) {
         if (!ofValues) {
-            const std::string argument =
+            std::string argument =
                 command.arguments.empty() ? ":" : inBash(command.arguments[0].completion);
+            if (!command.subcommands.empty())
+                argument += "\n            COMPREPLY+=($(compgen -W '" +
+                            fmt::format("{}", fmt::join(names(command.subcommands), " ")) +
+                            "' -- \"$word\"))";
             branches += fmt::format("    {})\n"
                                     "        if [[ $word == -* ]]; then\n"
                                     "            _noctara_words \"$word\" {}\n"
@@ -221,6 +225,9 @@ std::string zshCompletion(const CommandText& program) {
             text += " \\\n            " + specInZsh(option);
         for (const auto& argument : command.arguments)
             text += " \\\n            " + argumentInZsh(argument);
+        if (!command.subcommands.empty())
+            text += fmt::format(" \\\n            '*:subcommand:({})'",
+                                fmt::join(names(command.subcommands), " "));
         text += "\n        ;;\n";
     }
     return text + "    esac\n}\n\n_noctara \"$@\"\n";
@@ -242,6 +249,8 @@ std::string fishCompletion(const CommandText& program) {
         for (const auto& argument : command.arguments)
             if (argument.completion.kind != Kind::nothing)
                 text += "complete -c noctara -n " + when + inFish(argument.completion) + '\n';
+        for (const auto& subcommand : command.subcommands)
+            text += "complete -c noctara -n " + when + " -a " + subcommand.name + '\n';
     }
     return text;
 }
