@@ -12,8 +12,8 @@ namespace noctara {
 
 /// The file is written aside, in the same folder, and renamed when it is whole. Until then a file
 /// that was there before stays as it was, also if a signal ends the command. A link stays a link:
-/// the file that it points to is replaced. The new file has its permissions and, where this user may
-/// set them, its owner and group. A pipe or a device is written directly.
+/// the file that it points to is replaced. The new file has its permissions and, where this user
+/// may set them, its owner and group. A pipe or a device is written directly.
 class OutputFile {
 public:
     /// Whether the name stands for standard output: a hyphen or /dev/stdout.
