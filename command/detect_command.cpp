@@ -1,13 +1,16 @@
 #include "command/detect_command.h"
 
+#include "command/report_file.h"
 #include "input/printable.h"
 #include "monitor/posture.h"
 #include "recording/posture_statistics.h"
+#include "report/recording_record.h"
 
 #include <fmt/ostream.h>
 
 #include <algorithm>
 #include <cmath>
+#include <nlohmann/json.hpp>
 #include <string>
 
 namespace noctara {
@@ -165,7 +168,13 @@ void detect(const Recording& recording, std::int32_t sensitivity, std::ostream& 
 }
 
 int detect(const DetectOptions& options, std::ostream& out, std::ostream& complaints) {
-    detect(readRecording(options.file, options.recording, complaints), options.sensitivity, out);
+    const Recording recording = readRecording(options.file, options.recording, complaints);
+    const auto page = makeReportFile(options.report, {options.file});
+    detect(recording, options.sensitivity, out);
+    const std::string name = options.file.filename().string();
+    if (page &&
+        !writeReport(*page, recordingForPage(recording, name, adviceFrom(recording)), complaints))
+        return 1;
     return 0;
 }
 

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <ostream>
 
 namespace noctara {
@@ -15,6 +16,8 @@ struct DetectOptions {
 
     /// The setting of this name. The higher it is, the flatter the phone must lie.
     std::int32_t sensitivity = 5;
+
+    std::optional<std::filesystem::path> report; ///< An HTML page.
 };
 
 /// Prints the assumptions about the file, the verdict for each second at a Sensitivity, the share

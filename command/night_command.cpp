@@ -1,12 +1,15 @@
 #include "command/night_command.h"
 
+#include "command/monitor_observers.h"
 #include "command/night_player.h"
+#include "command/report_file.h"
 #include "host/host.h"
 #include "night/night_files.h"
 #include "night/night_report.h"
 #include "output/interruption.h"
 #include "output/output_file.h"
 #include "phones/simulated/simulated_phone.h"
+#include "report/night_record.h"
 
 #include <algorithm>
 
@@ -38,6 +41,7 @@ int play(const NightOptions& options, std::ostream& out, std::ostream& complaint
     std::optional<OutputFile> trace;
     if (options.trace)
         trace.emplace("--trace", *options.trace, filesOf(options));
+    const auto page = makeReportFile(options.report, filesOf(options), options.trace);
     if (options.root)
         prepareRoot(*options.root);
     tellOfLateEvents(input.scenario, complaints);
@@ -48,23 +52,38 @@ int play(const NightOptions& options, std::ostream& out, std::ostream& complaint
     NightReport report(
         input.scenario, [&] { return phone->now(); }, story, options.log,
         trace ? &*trace : nullptr);
+    NightRecord record(input.scenario, [&] { return phone->now(); });
+    MonitorObservers observers{&report};
     phone->observe(report);
-    monitorObserver = &report;
-    if (input.motion)
-        report.story.tellOfRecording(options.motion->filename().string(), input.motionBegins,
-                                     input.motion->remarks);
-    if (input.scenario.phone.bundle != springBoardBundle)
+    if (page) {
+        phone->observe(record);
+        observers.add(record);
+    }
+    monitorObserver = &observers;
+    if (input.motion) {
+        const std::string name = options.motion->filename().string();
+        report.story.tellOfRecording(name, input.motionBegins, input.motion->remarks);
+        record.followsRecording(name, input.motionBegins, input.motion->remarks);
+    }
+    if (input.scenario.phone.bundle != springBoardBundle) {
         report.story.tellOfInertness();
+        record.isInert();
+    }
     std::optional<std::string> wrong;
     try {
         wrong = playNight(*phone);
     } catch (const Interruption&) {
         // The report says so.
     }
+    record.endNight();
     report.endNight(wrong);
     phone.reset();
-    return report.finish(wasInterrupted() ? Retry() : retryOf(input),
-                         options.json ? SummaryForm::json : SummaryForm::text, out);
+    const int exitCode = report.finish(wasInterrupted() ? Retry() : retryOf(input),
+                                       options.json ? SummaryForm::json : SummaryForm::text, out);
+    if (page && !wasInterrupted() &&
+        !writeReport(*page, record.finish(*report.nightSummary()), complaints))
+        return 1;
+    return exitCode;
 }
 
 } // namespace

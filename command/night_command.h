@@ -13,6 +13,7 @@ struct NightOptions : NightInputOptions {
     bool log = false;
     bool json = false; ///< Print only the summary, as JSON.
     std::optional<std::filesystem::path> trace;
+    std::optional<std::filesystem::path> report; ///< An HTML page.
 };
 
 /// Plays the night. Returns the command's exit code: 0, or 1 if the run found something wrong.

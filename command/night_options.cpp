@@ -28,6 +28,11 @@ void addNightCommand(CLI::App& app, Action& action) {
                     "JSON Lines (see docs/trace.md); - is standard output, and the story then goes "
                     "to standard error")
         ->type_name("FILE");
+    command
+        .add_option("--report", options->report,
+                    "write a page about the night to this file, for a browser: charts, every "
+                    "change, and the reasons of the monitor at each reading")
+        ->type_name("FILE");
     const auto sweep = std::make_shared<std::optional<std::string>>();
     command
         .add_option("--sweep", *sweep,

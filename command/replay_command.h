@@ -14,7 +14,8 @@ struct ReplayOptions {
     std::optional<std::filesystem::path> scenario; ///< The scenario of the traced night.
     ScenarioOverrides overrides;
     bool log = false;
-    bool json = false; ///< Print only the summary, as JSON.
+    bool json = false;                           ///< Print only the summary, as JSON.
+    std::optional<std::filesystem::path> report; ///< An HTML page.
 };
 
 /// Replays the trace. Returns the command's exit code: 0, or 1 if something was found wrong, for

@@ -78,14 +78,15 @@ double secondsToRecord(double medianStep) {
 
 } // namespace
 
-AdviceSearch::AdviceSearch(double medianStep) : step(medianStep), parts(longestGap(medianStep)) {}
+SensitivityAdviceSearch::SensitivityAdviceSearch(double medianStep) :
+    step(medianStep), parts(longestGap(medianStep)) {}
 
-void AdviceSearch::add(const Recording::Sample& sample) {
+void SensitivityAdviceSearch::add(const Recording::Sample& sample) {
     latest = sample.seconds;
     parts.add(sample);
 }
 
-SensitivityAdvice AdviceSearch::finish(bool axesAreAssumed) {
+SensitivityAdvice SensitivityAdviceSearch::finish(bool axesAreAssumed) {
     const StillParts found = parts.finish();
     SensitivityAdvice advice;
     advice.recordedSeconds = latest;
@@ -113,7 +114,7 @@ SensitivityAdvice AdviceSearch::finish(bool axesAreAssumed) {
 }
 
 SensitivityAdvice adviceFrom(const Recording& recording) {
-    AdviceSearch search(recording.medianStep());
+    SensitivityAdviceSearch search(recording.medianStep());
     for (const auto& sample : recording.samples)
         search.add(sample);
     return search.finish(recording.axesAreAssumed);

@@ -32,6 +32,7 @@ const std::vector<Rule> rules{
     {"settings", {"platform", "monitor", "input", "output", "phones/model"}},
     {"night", {"platform", "monitor", "input", "output", "phones/model", "settings"}},
     {"recording", {"platform", "monitor", "input"}},
+    {"report", {"platform", "monitor", "input", "output", "phones/model", "night", "recording"}},
     {"phones/simulated", {"platform", "radios", "monitor", "host", "phones/model"}},
     {"phones/replay", {"platform", "host", "input", "phones/model", "night", "phones/simulated"}},
     {"phones/springboard", {"platform", "radios", "monitor", "host"}},
@@ -40,7 +41,7 @@ const std::vector<Rule> rules{
     {"phones/emulated", {"platform", "input", "output", "phones/model", "night"}},
     {"command",
      {"platform", "radios", "monitor", "host", "input", "output", "phones/model", "settings",
-      "night", "recording", "phones/simulated", "phones/replay"}},
+      "night", "recording", "report", "phones/simulated", "phones/replay"}},
 };
 
 const std::set<std::string> standardHeaders{
