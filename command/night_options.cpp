@@ -47,7 +47,7 @@ void addNightCommand(CLI::App& app, Action& action) {
                     "unless --settings or --set is given")
         ->type_name("FOLDER");
     addNightInputOptions(command, *options);
-    for (const char* whole : {"--log", "--trace", "--root"})
+    for (const char* whole : {"--log", "--trace", "--report", "--root"})
         command.get_option("--sweep")->excludes(command.get_option(whole));
     command.callback([&action, options, sweep] {
         action = [options, sweep] {

@@ -66,6 +66,7 @@ export class TimeChart {
             {
                 width: this.availableWidth(),
                 height: options.height,
+                padding: [0, 18, 0, 0],
                 legend: { show: false },
                 cursor: { x: false, y: false, points: { show: false }, drag: { x: true, y: false, setScale: false } },
                 scales: { x: { time: false, range: () => [view.from, view.to] }, y: options.scale },

@@ -80,3 +80,14 @@ export class LocalTimes {
         return step < 60 ? clock : clock.slice(0, 5);
     }
 }
+
+/** Times since the start of a recording. */
+export class ElapsedTimes extends LocalTimes {
+    constructor() {
+        super([[0, 0, ""]]);
+    }
+
+    mark(time) {
+        return time < 3600 ? this.clock(time).slice(3) : this.clock(time);
+    }
+}

@@ -1,7 +1,7 @@
 /// The report of a recording: its tilt and length, and the tolerances of the Sensitivities.
 import { extremes, lengthAxis, lengthScale, tiltAxis, tiltScale, TimeChart } from "./charts.js";
 import { fill, make } from "./dom.js";
-import { LocalTimes } from "./local_time.js";
+import { ElapsedTimes } from "./local_time.js";
 import { makeSummary } from "./night.js";
 import { lastUpTo, secondsOf } from "./night_data.js";
 import { makeTimePanel } from "./time_panel.js";
@@ -15,31 +15,48 @@ const seriesOf = (colour) => (theme) =>
 function drawTolerances(data) {
     return (ctx, area, chart) => {
         const { theme } = chart;
-        ctx.font = theme.font;
-        ctx.textBaseline = "bottom";
-        ctx.textAlign = "left";
         if (data.suitable !== null) {
             const top = chart.level(data.tolerances[data.suitable]);
             ctx.fillStyle = theme.band;
             ctx.fillRect(area.left, top, area.width, chart.level(0) - top);
         }
+        data.tolerances.forEach((tolerance, sensitivity) => {
+            const isSuitable = sensitivity === data.suitable;
+            ctx.fillStyle = isSuitable ? theme.on : theme.muted;
+            ctx.globalAlpha = isSuitable ? 1 : 0.35;
+            ctx.fillRect(area.left, chart.level(tolerance) - 0.5, area.width, isSuitable ? 2 : 1);
+        });
+        ctx.globalAlpha = 1;
+    };
+}
+
+/** The names of the lines, at their right ends. One that would cover the name before is left out. */
+function nameTolerances(data) {
+    return (ctx, area, chart) => {
+        const { theme } = chart;
+        ctx.font = theme.font;
+        ctx.textBaseline = "middle";
+        ctx.textAlign = "right";
+        const suitableLevel = data.suitable === null ? -Infinity : chart.level(data.tolerances[data.suitable]);
         let free = -Infinity;
         data.tolerances.forEach((tolerance, sensitivity) => {
             const level = chart.level(tolerance);
             const isSuitable = sensitivity === data.suitable;
-            ctx.fillStyle = isSuitable ? theme.quiet : theme.muted;
-            ctx.globalAlpha = isSuitable ? 1 : 0.35;
-            ctx.fillRect(area.left, level - (isSuitable ? 1 : 0.5), area.width, isSuitable ? 2 : 1);
-            ctx.globalAlpha = 1;
-            if (!isSuitable && level - free < 13) return;
-            ctx.fillText(`${isSuitable ? "Sensitivity " : ""}${sensitivity}`, area.left + 6, level - 2);
+            if (!isSuitable && (level - free < 14 || Math.abs(level - suitableLevel) < 14)) return;
+            const text = isSuitable || sensitivity === 0 ? `Sensitivity ${sensitivity}` : `${sensitivity}`;
+            const right = area.left + area.width - 6;
+            const width = ctx.measureText(text).width + 8;
+            ctx.fillStyle = theme.surface;
+            ctx.fillRect(right - width + 4, level - 7, width, 14);
+            ctx.fillStyle = isSuitable ? theme.on : theme.muted;
+            ctx.fillText(text, right, level);
             free = level;
         });
     };
 }
 
 function makeCharts(data, times, view, stack) {
-    const elapsed = new LocalTimes([[0, 0, ""]]);
+    const elapsed = new ElapsedTimes();
     const [, steepest] = extremes(data.tilts[1]);
     const [shortest] = extremes(data.lengths[0]);
     const [, longest] = extremes(data.lengths[1]);
@@ -54,6 +71,7 @@ function makeCharts(data, times, view, stack) {
         axis: tiltAxis,
         series: seriesOf("tilt"),
         behind: drawTolerances(data),
+        before: nameTolerances(data),
     });
     title("Length", "in g; the band from 0.9 to 1.1 g is a phone at rest");
     const length = new TimeChart(stack, view, elapsed, [times, ...data.lengths], {
@@ -98,7 +116,7 @@ function valuesAt(data, index) {
 export function drawRecording(data, element) {
     const times = Array.from(secondsOf(data.times));
     const view = new View(data.end);
-    const elapsed = new LocalTimes([[0, 0, ""]]);
+    const elapsed = new ElapsedTimes();
     const indexAt = () => Math.max(lastUpTo(times, view.cursor + 0.0005), 0);
     const to = (index) => view.pointAt(times[Math.min(Math.max(index, 0), times.length - 1)]);
     const valuesInWords = () => valuesAt(data, indexAt()).map(([name, text]) => `${name}: ${text}.`).join(" ");
