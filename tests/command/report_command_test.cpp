@@ -73,7 +73,7 @@ TEST_F(TheOptionReport, refuses_a_file_that_is_an_input_or_another_output) {
           std::string("night scenarios/first-night.toml --report scenarios/first-night.toml")}) {
         const Played refused = noctara(arguments);
         EXPECT_EQ(refused.exitCode, 2) << arguments;
-        EXPECT_THAT(refused.output, StartsWith("noctara: --report: \""));
+        EXPECT_THAT(refused.output, StartsWith("noctara: night: --report: \""));
     }
     EXPECT_TRUE(fs::is_empty(folder.path));
     EXPECT_EQ(noctara("night --report -").exitCode, 2);
