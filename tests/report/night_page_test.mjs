@@ -155,6 +155,12 @@ test("a line of the table jumps to its time, by mouse and by keyboard", async ()
     assert.equal(await page.evaluate(() => document.activeElement.className), "charts");
 });
 
+test("the line of a new state says why", async () => {
+    const page = await open(browser, typical);
+    const row = page.locator("tr", { hasText: "The phone is back." });
+    assert.match(await row.locator(".why").textContent(), /^Three readings in a row\. Not lying screen down: 143\.1° off/);
+});
+
 test("n and p go from change to change", async () => {
     const page = await open(browser, typical);
     await page.focus(".charts");

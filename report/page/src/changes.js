@@ -39,7 +39,8 @@ export function makeChanges(night, jump) {
 
     const row = ([time, kind, text], index, rows) => {
         const [what, reason] = whatAndWhy(text);
-        const why = reason || (kind === "state" ? whyStateChanged(night, time) : "");
+        const isNewState = kind === "state" && text.startsWith("The phone");
+        const why = reason || (isNewState ? whyStateChanged(night, time) : "");
         const newDay = index === 0 || local.day(rows[index - 1][0]) !== local.day(time);
         const link = make(
             "button",

@@ -61,7 +61,7 @@ function fillBand(ctx, chart, from, to, low, high) {
 function lineOf(theme, colour) {
     return {
         stroke: () => theme()[colour],
-        width: 2,
+        width: 2.5,
         cap: "round",
         points: { size: 5, stroke: () => theme()[colour], fill: () => theme()[colour] },
     };
