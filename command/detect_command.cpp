@@ -1,14 +1,17 @@
 #include "command/detect_command.h"
 
 #include "command/detect_table.h"
+#include "command/report_file.h"
 #include "monitor/posture.h"
 #include "recording/posture_statistics.h"
 #include "recording/sensitivity_advice.h"
+#include "report/recording_record.h"
 
 #include <fmt/ostream.h>
 
 #include <algorithm>
 #include <functional>
+#include <nlohmann/json.hpp>
 #include <string>
 
 namespace noctara {
@@ -44,7 +47,7 @@ using Visitor = std::function<void(const Recording::Sample&)>;
 
 void report(const RecordingSummary& summary, const std::function<void(const Visitor&)>& forEach,
             const DetectOptions& options, std::ostream& out) {
-    AdviceSearch search(summary.medianStep);
+    SensitivityAdviceSearch search(summary.medianStep);
     PostureShares shares;
     SecondTable table(options.sensitivity, options.wholeTable,
                       longestGapBetween(summary.medianStep));
@@ -74,6 +77,14 @@ void detect(const Recording& recording, const DetectOptions& options, std::ostre
 }
 
 int detect(const DetectOptions& options, std::ostream& out, std::ostream& complaints) {
+    if (options.report) {
+        const Recording recording = readRecording(options.file, options.recording, complaints);
+        const auto page = makeReportFile(options.report, {options.file});
+        detect(recording, options, out);
+        const auto data =
+            recordingForPage(recording, shownName(options.file.filename()), adviceFrom(recording));
+        return writeReport(*page, data, complaints) ? 0 : 1;
+    }
     RecordingFile file(options.file, options.recording, complaints);
     report(
         file.summary(), [&](const Visitor& visit) { file.forEachSample(visit); }, options, out);

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <ostream>
 
 namespace noctara {
@@ -18,6 +19,7 @@ struct DetectOptions {
 
     /// The table has a line for each second, instead of one for each run of the same verdict.
     bool wholeTable = false;
+    std::optional<std::filesystem::path> report; ///< An HTML page.
 };
 
 /// Prints the advice, then the assumptions about the file, the share of readings that pass at each

@@ -56,6 +56,10 @@ void addDetectCommand(CLI::App& app, Action& action) {
         {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"});
     command.add_flag("--table", options->wholeTable,
                      "print a line for each second, instead of one for seconds that are alike");
+    command
+        .add_option("--report", options->report,
+                    "write a page with charts of the recording to this file, for a browser")
+        ->type_name("FILE");
     addRecordingOptions(command, options->recording);
     command.callback([&action, options] {
         action = [options] { return detect(*options, std::cout, std::cerr); };

@@ -1,17 +1,21 @@
 #include "command/night_command.h"
 
+#include "command/monitor_observers.h"
 #include "command/night_player.h"
+#include "command/report_file.h"
 #include "host/host.h"
 #include "input/bad_input.h"
+#include "input/command_line.h"
+#include "input/input_file.h"
 #include "live/live_night.h"
 #include "live/terminal.h"
 #include "live/watch_night.h"
-#include "input/input_file.h"
 #include "night/night_files.h"
 #include "night/night_report.h"
 #include "output/interruption.h"
 #include "output/output_file.h"
 #include "phones/simulated/simulated_phone.h"
+#include "report/night_record.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -57,16 +61,18 @@ struct BegunNight {
     const NightInput& input;
     std::unique_ptr<SimulatedPhone> phone;
     NightReport& report;
+    NightRecord& record;
 };
 
-/// Reads the inputs, begins the report and lets `play` do the rest. Nothing is written before all
-/// inputs have been found good.
+/// Reads the inputs, begins the report, lets `play` end it, and writes the page. Nothing is written
+/// before all inputs have been found good.
 int begin(const NightOptions& options, std::ostream& story, std::ostream& complaints,
           const std::function<int(BegunNight)>& play) {
     const NightInput input = readNightInput(options, complaints);
     std::optional<OutputFile> trace;
     if (options.trace)
         trace.emplace("--trace", *options.trace, filesOf(options));
+    const auto page = makeReportFile(options.report, filesOf(options), options.trace);
     if (options.root)
         prepareRoot(*options.root);
     tellOfLateEvents(input.scenario, complaints);
@@ -76,14 +82,28 @@ int begin(const NightOptions& options, std::ostream& story, std::ostream& compla
     NightReport report(
         input.scenario, [&made] { return made.now(); }, story, options.log,
         trace ? &*trace : nullptr);
+    NightRecord record(input.scenario, [&made] { return made.now(); });
+    MonitorObservers observers{&report};
     phone->observe(report);
-    monitorObserver = &report;
-    if (input.motion)
-        report.story.tellOfRecording(shownName(options.motion->filename()), input.motionBegins,
-                                     input.motion->remarks);
-    if (input.scenario.phone.bundle != springBoardBundle)
+    if (page) {
+        phone->observe(record);
+        observers.add(record);
+    }
+    monitorObserver = &observers;
+    if (input.motion) {
+        const std::string name = shownName(options.motion->filename());
+        report.story.tellOfRecording(name, input.motionBegins, input.motion->remarks);
+        record.followsRecording(name, input.motionBegins, input.motion->remarks);
+    }
+    if (input.scenario.phone.bundle != springBoardBundle) {
         report.story.tellOfInertness();
-    return play({input, std::move(phone), report});
+        record.isInert();
+    }
+    const int exitCode = play({input, std::move(phone), report, record});
+    if (page && !wasInterrupted() &&
+        !writeReport(*page, record.finish(*report.nightSummary()), complaints))
+        return foundWrong;
+    return exitCode;
 }
 
 int playWhole(const NightOptions& options, std::ostream& out, std::ostream& complaints) {
@@ -96,6 +116,7 @@ int playWhole(const NightOptions& options, std::ostream& out, std::ostream& comp
             } catch (const Interruption&) {
                 // The report says so.
             }
+            night.record.endNight();
             night.report.endNight(wrong);
             night.phone.reset();
             return night.report.finish(wasInterrupted() ? Retry() : retryOf(night.input),
@@ -109,6 +130,7 @@ int playLive(const NightOptions& options, std::ostream& out, std::ostream& compl
     return begin(options, story, complaints, [&](BegunNight night) {
         LiveNight live(night.input.scenario, *night.phone, night.report, story);
         const WatchedNight watched = watchNight(live, options.speed);
+        night.record.endNight();
         night.report.endNight(watched.wrong);
         const NightInput asPlayed{live.asPlayed(), night.input.motion, night.input.motionBegins};
         night.phone.reset();

@@ -16,6 +16,7 @@ struct NightOptions : NightInputOptions {
     std::optional<std::filesystem::path> trace;
     bool live = false;  ///< Show the night on the terminal while it is played.
     double speed = 600; ///< Of a live night, times real time.
+    std::optional<std::filesystem::path> report; ///< An HTML page.
 };
 
 /// Plays the night. Returns the command's exit code: 0, or 1 if the run found something wrong. For

@@ -52,6 +52,11 @@ void addNightCommand(CLI::App& app, Action& action) {
                     "JSON Lines (see docs/trace.md); - is standard output, and the story then goes "
                     "to standard error")
         ->type_name("FILE");
+    command
+        .add_option("--report", options->report,
+                    "write a page about the night to this file, for a browser: charts, every "
+                    "change, and the reasons of the monitor at each reading")
+        ->type_name("FILE");
     const auto sweep = std::make_shared<std::optional<std::string>>();
     command
         .add_option("--sweep", *sweep,
@@ -66,7 +71,7 @@ void addNightCommand(CLI::App& app, Action& action) {
                     "unless --settings or --set is given")
         ->type_name("FOLDER");
     addNightInputOptions(command, *options);
-    for (const char* whole : {"--log", "--trace", "--root"})
+    for (const char* whole : {"--log", "--trace", "--report", "--root"})
         command.get_option("--sweep")->excludes(command.get_option(whole));
     for (const char* withoutStory : {"--sweep", "--json"})
         live->excludes(command.get_option(withoutStory));

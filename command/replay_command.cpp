@@ -1,6 +1,8 @@
 #include "command/replay_command.h"
 
+#include "command/monitor_observers.h"
 #include "command/night_player.h"
+#include "command/report_file.h"
 #include "host/host.h"
 #include "input/bad_input.h"
 #include "input/printable.h"
@@ -9,6 +11,7 @@
 #include "night/trace_reader.h"
 #include "output/interruption.h"
 #include "phones/replay/replayed_phone.h"
+#include "report/night_record.h"
 
 #include <fstream>
 #include <iostream>
@@ -24,6 +27,14 @@ Scenario scenarioOf(const ReplayOptions& options, TraceReader& reader) {
         if (const TraceLine* first = reader.peek())
             scenario.start = scenario.end = first->at;
     return scenario;
+}
+
+/// The files that the replay reads.
+std::vector<std::filesystem::path> inputsOf(const ReplayOptions& options) {
+    std::vector<std::filesystem::path> inputs{options.trace};
+    if (options.scenario)
+        inputs.push_back(*options.scenario);
+    return inputs;
 }
 
 /// Whether the simulated phone plays the same night. It does not if the trace is of a night with a
@@ -44,16 +55,25 @@ int play(const ReplayOptions& options, std::ostream& out) {
     }
     TraceReader reader(fromStandardInput ? std::cin : file, name);
     const Scenario scenario = scenarioOf(options, reader);
+    const auto page = makeReportFile(options.report, inputsOf(options));
 
     std::ostream nowhere(nullptr);
     std::ostream& story = options.json || options.quiet ? nowhere : out;
     std::optional<ReplayedPhone> phone(std::in_place, scenario, reader);
     NightReport report(
         scenario, [&] { return phone->now(); }, story, options.log, nullptr);
+    NightRecord record(scenario, [&] { return phone->now(); });
+    MonitorObservers observers{&report};
     phone->observe(report);
-    monitorObserver = &report;
-    if (scenario.phone.bundle != springBoardBundle)
+    if (page) {
+        phone->observe(record);
+        observers.add(record);
+    }
+    monitorObserver = &observers;
+    if (scenario.phone.bundle != springBoardBundle) {
         report.story.tellOfInertness();
+        record.isInert();
+    }
     std::optional<std::string> wrong;
     try {
         if (const auto endedEarly = phone->play())
@@ -67,14 +87,19 @@ int play(const ReplayOptions& options, std::ostream& out) {
     } catch (const Interruption&) {
         // The report says so.
     }
+    record.endNight();
     report.endNight(wrong);
     phone.reset();
     const NightInput input{scenario, nullptr, {}};
     const Retry retry = retryOf(input);
     const bool canRetry =
         options.scenario && !wasInterrupted() && isSameNight(report.nightFindings(), retry);
-    return report.finish(canRetry ? retry : Retry(),
-                         options.json ? SummaryForm::json : SummaryForm::text, out);
+    const int exitCode = report.finish(canRetry ? retry : Retry(),
+                                       options.json ? SummaryForm::json : SummaryForm::text, out);
+    if (page && !wasInterrupted() &&
+        !writeReport(*page, record.finish(*report.nightSummary()), std::cerr))
+        return 1;
+    return exitCode;
 }
 
 } // namespace

@@ -14,8 +14,9 @@ struct ReplayOptions {
     std::optional<std::filesystem::path> scenario; ///< The scenario of the traced night.
     ScenarioOverrides overrides;
     bool log = false;
-    bool quiet = false; ///< Without the story.
-    bool json = false;  ///< Print only the summary, as JSON.
+    bool quiet = false;                          ///< Without the story.
+    bool json = false;                           ///< Print only the summary, as JSON.
+    std::optional<std::filesystem::path> report; ///< An HTML page.
 };
 
 /// Replays the trace. Returns the command's exit code: 0, or 1 if something was found wrong, for

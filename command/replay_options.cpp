@@ -31,6 +31,11 @@ void addReplayCommand(CLI::App& app, Action& action) {
     command.add_flag("--quiet", options->quiet, "print only the summary, without the story")
         ->excludes(command.get_option("--log"));
     command.add_flag("--json", options->json, "print only the summary, as JSON");
+    command
+        .add_option("--report", options->report,
+                    "write a page about the night to this file, for a browser: charts, every "
+                    "change, and the reasons of the monitor at each reading")
+        ->type_name("FILE");
     addTimeOptions(command, options->overrides);
     command.callback(
         [&action, options] { action = [options] { return replay(*options, std::cout); }; });

@@ -23,6 +23,9 @@ public:
     void happens(const Happening& happening);
     void decided(Date at, const Decision& decision);
 
+    /// The radios as the user sees them now.
+    RadioStates states() const { return radios.states(); }
+
     /// One clause for each radio whose state after coming back differs from the expected state.
     /// That is the state before the quiet state, or the state that it was set to by hand during it.
     const std::vector<std::string>& complaints() const { return found; }

@@ -57,13 +57,12 @@ void NightReport::endNight(const std::optional<std::string>& wrong) {
 }
 
 int NightReport::finish(const Retry& retry, SummaryForm form, std::ostream& out) {
-    const Verdict verdict = verdictOn(night, findings, retry);
-    const NightSummary summary{verdict, findings.figures, faults};
+    summary = NightSummary{verdictOn(night, findings, retry), findings.figures, faults};
     if (form == SummaryForm::json)
-        out << toJson(summary).dump(2) << '\n';
+        out << toJson(*summary).dump(2) << '\n';
     else
-        printSummary(summary, night.timezone, out);
-    return faults.empty() && verdict.kind != Verdict::Kind::notBack ? 0 : 1;
+        printSummary(*summary, night.timezone, out);
+    return faults.empty() && summary->verdict.kind != Verdict::Kind::notBack ? 0 : 1;
 }
 
 } // namespace noctara

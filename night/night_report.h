@@ -42,6 +42,9 @@ public:
 
     const NightFindings& nightFindings() const { return findings; }
 
+    /// Absent before `finish`.
+    const std::optional<NightSummary>& nightSummary() const { return summary; }
+
     Story story;
 
 private:
@@ -52,6 +55,7 @@ private:
     NightFindings findings;
     std::optional<TraceWriter> trace;
     std::vector<std::string> faults;
+    std::optional<NightSummary> summary;
 };
 
 } // namespace noctara

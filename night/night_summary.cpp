@@ -69,22 +69,27 @@ std::string quietInWords(const NightFigures& figures, const TimeZone& zone) {
 
 } // namespace
 
+std::vector<std::pair<std::string, std::string>> figuresInWords(const NightFigures& figures,
+                                                                const TimeZone& zone) {
+    return {
+        {"quiet", quietInWords(figures, zone)},
+        {"readings", fmt::format("{}, accelerometer on for {}", figures.readings,
+                                 durationText(figures.accelerometerOn))},
+        {"wake-ups", wakeUpsInWords(figures.wakesScheduled, figures.wakesFired)},
+        {"idle sleeps", fmt::format("{} refused, {} allowed, {} in all", figures.idleSleepsRefused,
+                                    figures.idleSleepsAllowed, durationText(figures.idleSleep))},
+        {"applications", fmt::format("{} launched, {} quit", figures.applicationsLaunched,
+                                     figures.applicationsQuit)},
+    };
+}
+
 void printSummary(const NightSummary& summary, const std::string& timezone, std::ostream& out) {
     const NightFigures& figures = summary.figures;
-    const auto line = [&](const char* name, const std::string& value) {
-        out << fmt::format("  {:<22}{}\n", name, value);
-    };
     out << '\n'
         << heading << printable(summary.verdict.text) << plain << "\n\nFigures of "
         << durationText(figures.duration) << '\n';
-    line("quiet", quietInWords(figures, TimeZone(timezone)));
-    line("readings", fmt::format("{}, accelerometer on for {}", figures.readings,
-                                 durationText(figures.accelerometerOn)));
-    line("wake-ups", wakeUpsInWords(figures.wakesScheduled, figures.wakesFired));
-    line("idle sleeps", fmt::format("{} refused, {} allowed, {} in all", figures.idleSleepsRefused,
-                                    figures.idleSleepsAllowed, durationText(figures.idleSleep)));
-    line("applications", fmt::format("{} launched, {} quit", figures.applicationsLaunched,
-                                     figures.applicationsQuit));
+    for (const auto& [name, value] : figuresInWords(figures, TimeZone(timezone)))
+        out << fmt::format("  {:<22}{}\n", name, value);
     for (const auto& clause : summary.faults)
         out << '\n' << alarm << "Something is wrong: " << printable(clause) << '.' << plain << '\n';
 }

@@ -3,11 +3,13 @@
 
 #include "night/night_figures.h"
 #include "night/verdict.h"
+#include "phones/model/local_time.h"
 
 #include <nlohmann/json_fwd.hpp>
 
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace noctara {
@@ -19,6 +21,10 @@ struct NightSummary {
     /// What went wrong while the night was played. One clause each.
     std::vector<std::string> faults;
 };
+
+/// The figures as they are printed: names and values. Local times are in this time zone.
+std::vector<std::pair<std::string, std::string>> figuresInWords(const NightFigures& figures,
+                                                                const TimeZone& zone);
 
 /// Local times are in the time zone of this IANA name.
 void printSummary(const NightSummary& summary, const std::string& timezone, std::ostream& out);

@@ -52,6 +52,8 @@ Story::Story(const Scenario& scenario, std::ostream& lines, bool systemLog) :
 }
 
 void Story::tell(Date at, const std::string& line) {
+    if (onLine)
+        onLine(at, line);
     const std::string day = dayText(zone, at);
     if (day != lastDay) {
         out << (lastDay.empty() ? "" : "\n") << heading << day << plain << "\n\n";

@@ -9,6 +9,7 @@
 #include "phones/model/phone_observer.h"
 #include "phones/model/scenario.h"
 
+#include <functional>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -36,6 +37,9 @@ public:
 
     /// Writes what is left to tell. Call it at the end of the night.
     void finish();
+
+    /// If set, it is called with each line of the story and its time by the wall clock.
+    std::function<void(Date, const std::string&)> onLine;
 
 private:
     struct Telling;

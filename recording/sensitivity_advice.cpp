@@ -73,14 +73,15 @@ double secondsToRecord(double medianStep) {
 
 } // namespace
 
-AdviceSearch::AdviceSearch(double medianStep) : step(medianStep), parts(medianStep) {}
+SensitivityAdviceSearch::SensitivityAdviceSearch(double medianStep) :
+    step(medianStep), parts(medianStep) {}
 
-void AdviceSearch::add(const Recording::Sample& sample) {
+void SensitivityAdviceSearch::add(const Recording::Sample& sample) {
     latest = sample.seconds;
     parts.add(sample);
 }
 
-SensitivityAdvice AdviceSearch::finish(bool axesAreAssumed) {
+SensitivityAdvice SensitivityAdviceSearch::finish(bool axesAreAssumed) {
     const StillParts found = parts.finish();
     SensitivityAdvice advice;
     advice.recordedSeconds = latest;
@@ -108,7 +109,7 @@ SensitivityAdvice AdviceSearch::finish(bool axesAreAssumed) {
 }
 
 SensitivityAdvice adviceFrom(const Recording& recording) {
-    AdviceSearch search(recording.summary().medianStep);
+    SensitivityAdviceSearch search(recording.summary().medianStep);
     for (const auto& sample : recording.samples)
         search.add(sample);
     return search.finish(recording.axesAreAssumed);

@@ -66,10 +66,10 @@ struct SensitivityAdvice {
 };
 
 /// Collects a recording that need not be in memory.
-class AdviceSearch {
+class SensitivityAdviceSearch {
 public:
     /// `medianStep` between two samples, in seconds.
-    explicit AdviceSearch(double medianStep);
+    explicit SensitivityAdviceSearch(double medianStep);
 
     /// The samples must come in the order of time.
     void add(const Recording::Sample& sample);

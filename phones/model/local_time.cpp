@@ -20,6 +20,20 @@ Date dateOf(absl::Time instant) {
     return {static_cast<double>(absl::ToUnixSeconds(instant))};
 }
 
+/// The clamped date, rounded down to a second.
+absl::Time instantOf(Date date) {
+    const double seconds =
+        std::floor(std::fmin(std::fmax(date.secondsSince1970, -farthestDate), farthestDate));
+    return absl::FromUnixSeconds(static_cast<std::int64_t>(seconds));
+}
+
+/// The instant of a change of the offset. One of its two local times is skipped or occurs twice.
+absl::Time instantOf(const absl::TimeZone& zone, const absl::TimeZone::CivilTransition& change) {
+    const auto before = zone.At(change.from);
+    return before.kind == absl::TimeZone::TimeInfo::UNIQUE ? zone.At(change.to).trans
+                                                           : before.trans;
+}
+
 } // namespace
 
 TimeZone::TimeZone(const std::string& name) {
@@ -30,9 +44,7 @@ TimeZone::TimeZone(const std::string& name) {
 }
 
 DateComponents TimeZone::components(Date date) const {
-    const double seconds =
-        std::floor(std::fmin(std::fmax(date.secondsSince1970, -farthestDate), farthestDate));
-    const auto local = zone.At(absl::FromUnixSeconds(static_cast<std::int64_t>(seconds))).cs;
+    const auto local = zone.At(instantOf(date)).cs;
     return {static_cast<std::int32_t>(local.year()),
             local.month(),
             local.day(),
@@ -48,6 +60,23 @@ Date TimeZone::date(const DateComponents& components) const {
 
 Date TimeZone::firstDate(const DateComponents& components) const {
     return dateOf(infoAt(zone, components).pre);
+}
+
+std::vector<LocalOffset> TimeZone::offsets(Date first, Date last) const {
+    std::vector<LocalOffset> found;
+    const auto add = [&](absl::Time instant, Date from) {
+        const auto info = zone.At(instant);
+        found.push_back({from, info.offset, info.zone_abbr});
+    };
+    add(instantOf(first), first);
+    absl::TimeZone::CivilTransition change;
+    for (absl::Time at = instantOf(first); zone.NextTransition(at, &change);) {
+        at = instantOf(zone, change);
+        if (dateOf(at) > last)
+            break;
+        add(at, dateOf(at));
+    }
+    return found;
 }
 
 bool TimeZone::exists(const DateComponents& components) const {

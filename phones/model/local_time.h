@@ -5,9 +5,18 @@
 
 #include <absl/time/time.h>
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 namespace noctara {
+
+/// The difference between local time and UTC from an instant on.
+struct LocalOffset {
+    Date from;
+    std::int32_t seconds;     ///< East of UTC is positive.
+    std::string abbreviation; ///< Such as "CET".
+};
 
 /// An IANA time zone.
 class TimeZone {
@@ -27,6 +36,9 @@ public:
 
     /// False for a local time that a clock change skips.
     bool exists(const DateComponents& components) const;
+
+    /// The offsets between two dates, in order. The first one begins at `first`.
+    std::vector<LocalOffset> offsets(Date first, Date last) const;
 
     std::string name() const { return zone.name(); }
 

@@ -32,6 +32,7 @@ const std::vector<Rule> rules{
     {"settings", {"platform", "monitor", "input", "output", "phones/model"}},
     {"night", {"platform", "monitor", "input", "output", "phones/model", "settings"}},
     {"recording", {"platform", "monitor", "input"}},
+    {"report", {"platform", "monitor", "input", "output", "phones/model", "night", "recording"}},
     {"phones/simulated", {"platform", "radios", "monitor", "host", "phones/model"}},
     {"phones/replay", {"platform", "host", "input", "phones/model", "night", "phones/simulated"}},
     {"phones/springboard", {"platform", "radios", "monitor", "host"}},
@@ -43,7 +44,7 @@ const std::vector<Rule> rules{
       "phones/simulated"}},
     {"command",
      {"platform", "radios", "monitor", "host", "input", "output", "phones/model", "settings",
-      "night", "recording", "phones/simulated", "phones/replay", "live"}},
+      "night", "recording", "report", "phones/simulated", "phones/replay", "live"}},
 };
 
 const std::set<std::string> standardHeaders{

@@ -13,7 +13,7 @@ using testing::ElementsAre;
 TEST(TextInCells, has_a_question_mark_for_each_control_character) {
     EXPECT_EQ(showable("a\x1b[31mb\tc\x7f"), "a?[31mb?c?");
     EXPECT_EQ(showable("\xc2\x9b"
-                        "31m"),
+                       "31m"),
               "?31m");
     EXPECT_EQ(showable("\xff°é"), "?°é");
 }

@@ -132,6 +132,26 @@ TEST(ATimeZone, skips_a_whole_day_in_apia) {
               (DateComponents{2011, 12, 31, 12, 0, 0}));
 }
 
+std::string offsetsIn(const char* zone, double first, double last) {
+    std::string text;
+    for (const auto& offset : TimeZone(zone).offsets({first}, {last}))
+        text += std::to_string(std::llround(offset.from.secondsSince1970 - first)) + " " +
+                std::to_string(offset.seconds) + " " + offset.abbreviation + "; ";
+    return text;
+}
+
+TEST(ATimeZone, lists_its_offsets) {
+    EXPECT_EQ(offsetsIn("UTC", 0, 1e9), "0 0 UTC; ");
+    EXPECT_EQ(offsetsIn("Europe/Paris", march30 - 0.5, march30 - 1), "0 3600 CET; ");
+    EXPECT_EQ(offsetsIn("Europe/Paris", march30, march30 + hour), "0 3600 CET; 3600 7200 CEST; ");
+    EXPECT_EQ(offsetsIn("Europe/Paris", october26, october26 + 2 * hour),
+              "0 7200 CEST; 3600 3600 CET; ");
+    EXPECT_EQ(offsetsIn("Australia/Lord_Howe", 1396710000 - 60, 1396710000 + 60),
+              "0 39600 +11; 60 37800 +1030; ");
+    EXPECT_EQ(offsetsIn("Pacific/Apia", 1325239200 - 60, 1325239200 + 60),
+              "0 -36000 -10; 60 50400 +14; ");
+}
+
 TEST(ATimeZone, carries_hours_over_into_neighbouring_days) {
     const TimeZone paris("Europe/Paris");
     EXPECT_EQ(seconds(paris, {2014, 3, 1, 31, 0, 0}), seconds(paris, {2014, 3, 2, 7, 0, 0}));
