@@ -16,12 +16,7 @@ double computeTiltAngle(double* length, double x, double y, double z);
 
 /// The largest difference, in radians, between the tilt and the wanted posture. Infinite for a
 /// sensitivity of -1. Negative for a smaller one, so that no tilt is within it.
-inline double postureTolerance(std::int32_t sensitivity) {
-    constexpr double baseTolerance = 0.22;
-    // The sum wraps at 32 bits.
-    const auto steps = static_cast<std::int32_t>(static_cast<std::uint32_t>(sensitivity) + 1U);
-    return baseTolerance / steps;
-}
+double postureTolerance(std::int32_t sensitivity);
 
 /// Whether a tilt (radians) and a vector length (g) are those of a phone that lies still with its
 /// screen down (`screenDown`) or up. False if the tilt or the length is not a number.

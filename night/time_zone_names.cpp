@@ -26,6 +26,10 @@ std::optional<std::string> nearestZone(std::string_view name) {
     const std::vector<std::string_view> names(zones.begin(), zones.end());
     if (const auto zone = nearest(name, names))
         return std::string(*zone);
+    // Shorter words are near to too many cities.
+    constexpr std::size_t shortestCity = 5;
+    if (cityOf(name).size() < shortestCity)
+        return std::nullopt;
     std::vector<std::string_view> cities;
     for (const auto zone : names)
         cities.push_back(cityOf(zone));

@@ -64,8 +64,7 @@ void write(const fs::path& file, std::string_view bytes) {
     OutputFile output("settings", file, {});
     output.stream() << bytes;
     if (!output.keep())
-        throw std::runtime_error(shownName(file) +
-                                 " could not be written; it is as it was before");
+        throw std::runtime_error(shownName(file) + " could not be written; it is as it was before");
 }
 
 } // namespace
@@ -88,8 +87,9 @@ void changeSettingsFile(const fs::path& file, const std::string& key,
                         const std::optional<PropertyList>& value) {
     if (isStandardInput(file))
         refuse(file, "cannot be changed; give the name of a settings file");
-    readSettingsFile(file);
+    // A pipe would have to be read to the end first.
     checkReplaceable(file);
+    readSettingsFile(file);
     const auto changed = changedPropertyList(readFile(file, 1), key, value);
     if (!changed)
         refuse(file, "has a value that cannot be written again as it is; change another file");

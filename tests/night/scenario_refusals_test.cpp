@@ -107,7 +107,9 @@ TEST(AWrongValue, is_refused_at_the_value_with_what_is_accepted) {
         {"settings.a = 07:00:00",
          "1:14: a is a time without a date; write a local date-time such as 2014-03-01T22:30:00"},
         {"timezone = \"Europe/Pariss\"",
-         "1:12: there is no time zone \"Europe/Pariss\"; write an IANA name such as "
+         "1:12: there is no time zone \"Europe/Pariss\"; did you mean \"Europe/Paris\"?"},
+        {"timezone = \"Mars/Base\"",
+         "1:12: there is no time zone \"Mars/Base\"; write an IANA name such as "
          "\"Europe/Paris\""},
         {"timezone = 1", "1:12: timezone is an integer; write a string"},
     };

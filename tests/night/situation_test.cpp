@@ -220,6 +220,7 @@ TEST_F(ASituation, tells_the_earliest_change_of_a_monitor_that_is_switched_off) 
 }
 
 TEST_F(ASituation, of_a_trace_is_that_of_its_scenario) {
+    scenario.end = later(2.0 * 3600);
     const TemporaryFolder folder;
     const auto file = folder.path / "night.jsonl";
     {
@@ -230,7 +231,7 @@ TEST_F(ASituation, of_a_trace_is_that_of_its_scenario) {
         phone->observe(writer);
         EXPECT_EQ(playNight(*phone), std::nullopt);
     }
-    for (const int seconds : {10, 3601, 3604, 3605, 20'000, 8 * 3600 + 3, 9 * 3600}) {
+    for (const int seconds : {10, 3604, 3605, 7000}) {
         WhyOptions options;
         options.night.scenario = file;
         options.night.overrides.timezone = "UTC";
