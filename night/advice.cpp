@@ -42,8 +42,8 @@ constexpr std::int32_t longestInterval = 12;
 
 class Search {
 public:
-    Search(Wish wished, const Scenario& scenario, const Retry& retryNight) :
-        wish(wished), zone(scenario.timezone), retry(retryNight) {}
+    Search(Wish wished, const Scenario& played, const Retry& retryNight) :
+        wish(wished), zone(played.timezone), scenario(played), retry(retryNight) {}
 
     AdviceSearch run(const NightFindings& night) {
         slips = night.obstacles.slips();
@@ -78,7 +78,7 @@ private:
             return groups;
         const auto add = [&](std::vector<Choices> more) {
             for (auto& group : more)
-                if (!changed.find(group.key) &&
+                if (!changed.find(group.key) && !isSet(group) &&
                     std::none_of(groups.begin(), groups.end(),
                                  [&](const auto& known) { return known.key == group.key; }))
                     groups.push_back(std::move(group));
@@ -94,12 +94,23 @@ private:
                 add({numbers("ScanInterval", std::max(0, interval) + 1, longestInterval)});
             break;
         case Wish::back:
-            if (night.figures.stillQuiet)
+            // A phone that is still read comes back whatever the Sensitivity is.
+            if (night.figures.stillQuiet && night.obstacles.last() < Obstacle::noSample)
                 add(choicesAgainst(night.obstacles.last(), *settings, changed));
             add(otherRadios(*settings));
             break;
         }
         return groups;
+    }
+
+    /// Whether the setting has the only choice all night.
+    bool isSet(const Choices& choices) const {
+        const auto* value = scenario.settings ? scenario.settings->find(choices.key) : nullptr;
+        return value && choices.values.size() == 1 && *value == choices.values.front() &&
+               std::none_of(scenario.events.begin(), scenario.events.end(), [&](const auto& event) {
+                   const auto* change = std::get_if<SettingsChange>(&event.event);
+                   return change && change->changed.find(choices.key);
+               });
     }
 
     std::vector<Choices> choicesAgainst(Obstacle obstacle, const Settings& settings,
@@ -199,6 +210,7 @@ private:
 
     const Wish wish;
     const TimeZone zone;
+    const Scenario& scenario;
     const Retry& retry;
     int slips = 0; ///< Of the night that was played first.
     AdviceSearch result;

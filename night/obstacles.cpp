@@ -94,7 +94,7 @@ void Obstacles::meet(Obstacle obstacle, Date at) {
 void Obstacles::happens(const Happening& happening) {
     elapsed.happens(happening);
     if (const auto* message = std::get_if<PowerMessage>(&happening.event)) {
-        if (message->type == kIOMessageSystemWillSleep && current != Obstacle::idleSleep) {
+        if (message->type == kIOMessageSystemWillSleep && takesReadings()) {
             beforeIdleSleep = current;
             meet(Obstacle::idleSleep, happening.at);
         } else if (message->type == kIOMessageSystemHasPoweredOn &&
@@ -108,6 +108,22 @@ void Obstacles::happens(const Happening& happening) {
             pickedUpAt.reset();
         else if (!pickedUpAt)
             pickedUpAt = happening.at;
+    }
+}
+
+/// Whether the monitor takes readings, so that idle sleep would keep it from that.
+bool Obstacles::takesReadings() const {
+    switch (current) {
+    case Obstacle::notStarted:
+    case Obstacle::ended:
+    case Obstacle::switchedOff:
+    case Obstacle::suspended:
+    case Obstacle::outsideWindow:
+    case Obstacle::notOnCharger:
+    case Obstacle::idleSleep:
+        return false;
+    default:
+        return true;
     }
 }
 

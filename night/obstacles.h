@@ -22,7 +22,7 @@ enum class Obstacle {
     suspended,     ///< Airplane mode was changed by hand.
     outsideWindow, ///< The hours of the settings.
     notOnCharger,  ///< The setting EnableOnAC is on.
-    idleSleep,     ///< The phone itself sleeps.
+    idleSleep,     ///< The phone itself sleeps. Told only where it would take readings otherwise.
     noSample,      ///< The accelerometer delivers nothing.
     deviceMotion,  ///< The phone delivers device motion, which never counts as lying.
     moving,        ///< The length of the reading is not that of a phone at rest.
@@ -115,6 +115,7 @@ private:
     void meet(Obstacle obstacle, Date at);
     void count(const ReadingCounted& counted);
     void changeState(bool nowQuiet, Date at);
+    bool takesReadings() const;
     bool liesIn(const Posture& posture) const;
 
     ElapsedTime elapsed;

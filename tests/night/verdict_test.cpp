@@ -243,6 +243,23 @@ TEST_F(TheVerdict, tells_why_a_phone_that_was_picked_up_is_still_quiet) {
                           "06:50:09.");
 }
 
+TEST_F(TheVerdict, names_the_setting_and_not_the_idle_sleep_of_a_phone_that_takes_no_readings) {
+    scenario.phone.idleSleep = 60;
+    set("Enabled", false);
+    liesAllNight(ScreenDown);
+    EXPECT_THAT(text(), StartsWith("Never quiet: monitoring is switched off (Enabled). Enabled on "
+                                   "would have worked from "));
+}
+
+TEST_F(TheVerdict, tries_no_setting_that_is_set_already) {
+    scenario.phone.idleSleep = 60;
+    scenario.phone.deviceMotion = true;
+    liesAllNight(ScreenDown);
+    const Verdict both = verdict();
+    EXPECT_THAT(both.advice.tried, testing::IsEmpty());
+    EXPECT_THAT(both.text, Not(HasSubstr("Played again")));
+}
+
 TEST_F(TheVerdict, gives_no_advice_without_a_way_to_play_the_night_again) {
     liesAllNight(ScreenUp);
     const std::string with = text();
