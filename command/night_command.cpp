@@ -92,7 +92,7 @@ int begin(const NightOptions& options, std::ostream& story, std::ostream& compla
     monitorObserver = &observers;
     if (input.motion) {
         const std::string name = shownName(options.motion->filename());
-        report.story.tellOfRecording(name, input.motionBegins, input.motion->remarks);
+        report.followsRecording(name, input.motionBegins, input.motion->remarks);
         record.followsRecording(name, input.motionBegins, input.motion->remarks);
     }
     if (input.scenario.phone.bundle != springBoardBundle) {

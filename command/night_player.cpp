@@ -52,6 +52,8 @@ std::optional<std::string> playNight(SimulatedPhone& phone) {
 std::unique_ptr<NightFindings> findingsOf(const NightInput& input) {
     const auto phone = makePhone(input);
     auto findings = std::make_unique<NightFindings>(input.scenario, [&] { return phone->now(); });
+    if (input.motion)
+        findings->obstacles.followsRecording(input.motionBegins);
     phone->observe(*findings);
     monitorObserver = findings.get();
     if (playNight(*phone))

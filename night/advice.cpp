@@ -224,16 +224,21 @@ AdviceSearch findAdvice(Wish wish, const Scenario& scenario, const NightFindings
 }
 
 std::vector<Obstacle> obstaclesByWeight(const Obstacles& obstacles) {
-    // In seconds. A phone is in the hand for most of some days, which explains no night, and a
-    // countdown lasts only a few seconds.
-    constexpr double shareOfHand = 0.001;
-    constexpr double weightOfCountdown = 60.0;
+    // A countdown lasts only a few seconds.
+    constexpr double secondsOfCountdown = 60.0;
+    // A phone that lay for a minute was meant to be quiet. Before that it may have been in the hand
+    // for hours, which explains nothing.
+    constexpr double shortestLying = 60.0;
+    const double countdowns = obstacles.brokenCountdowns() * secondsOfCountdown;
+    const double lying = obstacles.seconds(Obstacle::wrongSide) +
+                         obstacles.seconds(Obstacle::tooTilted) + countdowns;
+    const double shareOfHand = lying >= shortestLying ? 0.001 : 1.0;
     std::vector<std::pair<double, Obstacle>> weighed;
     for (std::size_t kind = 0; kind < obstacleKinds; ++kind) {
         const auto obstacle = static_cast<Obstacle>(kind);
         const bool inHand = obstacle == Obstacle::moving || obstacle == Obstacle::notLaidDown;
         const double weight = obstacle == Obstacle::none
-                                  ? obstacles.brokenCountdowns() * weightOfCountdown
+                                  ? countdowns
                                   : obstacles.seconds(obstacle) * (inHand ? shareOfHand : 1.0);
         if (weight > 0)
             weighed.emplace_back(weight, obstacle);

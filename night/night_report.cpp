@@ -22,6 +22,12 @@ NightReport::NightReport(const Scenario& scenario, std::function<Date()> wallClo
         trace.emplace(traceFile->stream());
 }
 
+void NightReport::followsRecording(const std::string& name, Date from,
+                                   const std::vector<std::string>& remarks) {
+    story.tellOfRecording(name, from, remarks);
+    findings.obstacles.followsRecording(from);
+}
+
 void NightReport::called(const Call& call) {
     if (trace)
         trace->called(call);

@@ -26,6 +26,10 @@ public:
     NightReport(const Scenario& scenario, std::function<Date()> wallClock, std::ostream& lines,
                 bool withLog, OutputFile* trace);
 
+    /// A recording provides the accelerometer samples from `from` on.
+    void followsRecording(const std::string& name, Date from,
+                          const std::vector<std::string>& remarks);
+
     /// Throws Interruption after a signal, or if nobody reads the output, when the monitor waits.
     void called(const Call& call) override;
     void happens(const Happening& happening) override;

@@ -104,7 +104,9 @@ void Obstacles::happens(const Happening& happening) {
     } else if (std::holds_alternative<MonitorStop>(happening.event)) {
         meet(Obstacle::ended, happening.at);
     } else if (const auto* change = std::get_if<PostureChange>(&happening.event)) {
-        if (!quiet || liesIn(change->posture))
+        const bool isRecorded =
+            recordingBegins && elapsed.at(happening.at) >= recordingBegins->secondsSince1970;
+        if (!quiet || isRecorded || liesIn(change->posture))
             pickedUpAt.reset();
         else if (!pickedUpAt)
             pickedUpAt = happening.at;

@@ -45,6 +45,10 @@ class Obstacles {
 public:
     explicit Obstacles(const Scenario& scenario);
 
+    /// A recording provides the readings from `from` on. Postures of the scenario then have no
+    /// effect.
+    void followsRecording(Date from) { recordingBegins = from; }
+
     void happens(const Happening& happening);
     void decided(Date at, const Decision& decision);
 
@@ -119,6 +123,7 @@ private:
     bool liesIn(const Posture& posture) const;
 
     ElapsedTime elapsed;
+    std::optional<Date> recordingBegins;
     std::array<Met, obstacleKinds> ofEach;
     Histogram lengths{0.01};
     Histogram slipTilts{0.1};

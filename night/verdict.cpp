@@ -25,7 +25,7 @@ std::string count(int number, const char* one, const char* many) {
 }
 
 std::string tiltsText(const Spread& tilt) {
-    // Shown to a tenth, a spread of less is no spread.
+    // Tilts are shown to a tenth of a degree. A smaller spread is one value.
     return tilt.highest - tilt.lowest < 0.1
                ? fmt::format("{:.1f}° off", tilt.median)
                : fmt::format("{:.1f}° to {:.1f}° off", tilt.lowest, tilt.highest);

@@ -260,6 +260,26 @@ TEST_F(TheVerdict, tries_no_setting_that_is_set_already) {
     EXPECT_THAT(both.text, Not(HasSubstr("Played again")));
 }
 
+TEST_F(TheVerdict, tells_of_a_phone_in_the_hand_before_an_hour_outside_the_window) {
+    set("TimeLimit", true);
+    scenario.phone.posture = Acceleration{0, 0, 1.5};
+    at(anHour, PostureChange{Moving});
+    EXPECT_THAT(text(), StartsWith("Never quiet: the phone never lay still; for 59 min 54 s, it "
+                                   "was not between 21:00 and 7:00 (TimeLimit)."));
+}
+
+TEST_F(TheVerdict, takes_no_posture_of_the_scenario_for_one_of_the_recording) {
+    Recording lying;
+    lying.samples = {{0, {0, 0, 1}}, {1, {0, 0, 1}}};
+    input.motion = std::make_shared<const Recording>(lying);
+    input.motionBegins = scenario.start;
+    liesAllNight(ScreenDown);
+    EXPECT_EQ(text(), "Quiet for 9 h 29 min, and still quiet at the end.");
+    set("ActiveOnSleep", false);
+    scenario.phone.idleSleep = 600;
+    EXPECT_THAT(text(), StartsWith("Quiet for "));
+}
+
 TEST_F(TheVerdict, gives_no_advice_without_a_way_to_play_the_night_again) {
     liesAllNight(ScreenUp);
     const std::string with = text();

@@ -55,7 +55,7 @@ TEST_F(ARecordedNight, measures_the_tilt_from_the_wanted_posture) {
     playReadings(1);
 
     const Json night = finish();
-    EXPECT_EQ(night["cycles"]["tilts"], Json({0}));
+    EXPECT_EQ(night["cycles"]["tilts"], Json::array({0}));
     EXPECT_EQ(night["tolerances"], Json::array({Json::array({1, 2.101, false})}));
 }
 
@@ -65,9 +65,9 @@ TEST_F(ARecordedNight, has_no_tilt_for_a_reading_without_a_sample) {
     playReadings(1);
 
     const Json cycles = finish()["cycles"];
-    EXPECT_EQ(cycles["outcomes"], Json({2}));
-    EXPECT_EQ(cycles["tilts"], Json({nullptr}));
-    EXPECT_EQ(cycles["lengths"], Json({nullptr}));
+    EXPECT_EQ(cycles["outcomes"], Json::array({2}));
+    EXPECT_EQ(cycles["tilts"], Json::array({nullptr}));
+    EXPECT_EQ(cycles["lengths"], Json::array({nullptr}));
 }
 
 TEST_F(ARecordedNight, has_a_new_tolerance_when_the_sensitivity_changes) {
@@ -103,7 +103,7 @@ TEST_F(ARecordedNight, has_one_cycle_for_many_without_a_reading) {
     beginRecorded();
     playFor(600);
 
-    EXPECT_EQ(finish()["cycles"]["outcomes"], Json({5}));
+    EXPECT_EQ(finish()["cycles"]["outcomes"], Json::array({5}));
 }
 
 TEST_F(ARecordedNight, has_the_radios_as_they_are_switched) {
