@@ -2,10 +2,30 @@
 
 #include <CLI/CLI.hpp>
 
+#include <memory>
+#include <string>
+
 namespace noctara {
+
+namespace {
+
+/// Prints the value of an option and its default. Which options go together, the errors tell.
+class HelpFormatter final : public CLI::Formatter {
+public:
+    std::string make_option_opts(const CLI::Option* option) const override {
+        if (option->get_type_size() == 0)
+            return "";
+        const std::string value = option->get_type_name();
+        const std::string standard = option->get_default_str();
+        return (value.empty() ? "" : ' ' + value) + (standard.empty() ? "" : '=' + standard);
+    }
+};
+
+} // namespace
 
 void describeProgram(CLI::App& app, Action& action) {
     app.name("noctara");
+    app.formatter(std::make_shared<HelpFormatter>());
     app.description("Noctara switches a phone's radios off while it lies still at night. This "
                     "command runs it on a simulated phone.");
     app.require_subcommand(1);
