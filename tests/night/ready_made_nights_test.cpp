@@ -272,7 +272,7 @@ TEST(ANightOnTheCommandLine, says_when_a_recording_takes_over) {
     const std::string story = play(options).story;
     EXPECT_THAT(story,
                 testing::StartsWith("From 23:00:00 on the accelerometer follows moving.csv"));
-    EXPECT_THAT(story, testing::Not(testing::HasSubstr("laid down")));
+    EXPECT_THAT(story, testing::Not(testing::HasSubstr("is laid down")));
     options.motionAt = "2014-03-03T00:00";
     std::ostringstream out;
     EXPECT_THROW(playNight(options, out, out), BadInput);
