@@ -107,18 +107,19 @@ bool isTerminal(const std::filesystem::path& path) {
 Terminal::Terminal() : state(std::make_unique<State>()) {
     std::setlocale(LC_CTYPE, "");
     state->utf8 = std::strcmp(nl_langinfo(CODESET), "UTF-8") == 0;
-    state->screen = newterm(nullptr, stdout, stdin);
     const char* const type = std::getenv("TERM");
     const std::string named = inQuotes(type ? type : "");
-    if (!state->screen)
+    // newterm would leak for a type that is unknown.
+    int error = 0;
+    if (setupterm(nullptr, STDOUT_FILENO, &error) != OK)
         throw BadInput("the terminal type " + named +
                        " is unknown; set TERM to the type of this terminal");
-    if (!cursor_address) {
-        endwin();
-        delscreen(state->screen);
+    const bool showsScreens = cursor_address != nullptr;
+    del_curterm(cur_term);
+    state->screen = showsScreens ? newterm(nullptr, stdout, stdin) : nullptr;
+    if (!state->screen)
         throw BadInput("a terminal of the type " + named +
                        " cannot show screens; leave out --live, or use another terminal");
-    }
     state->colours = wantsColour() && has_colors() && start_color() == OK;
     if (state->colours) {
         use_default_colors();
