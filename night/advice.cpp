@@ -178,7 +178,7 @@ private:
             const auto night = retry(settings);
             if (!night || !isGranted(*night))
                 continue;
-            // Nights that differ by less than five minutes are equally good.
+            // A difference of less than five minutes of quiet time does not matter.
             constexpr double sameQuiet = 300.0;
             const bool everythingBack = isBack(*night);
             const std::tuple other(everythingBack, -night->obstacles.slips(),

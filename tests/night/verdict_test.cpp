@@ -219,6 +219,14 @@ TEST_F(TheVerdict, does_not_count_a_phone_that_was_picked_up_as_back_and_forth) 
     EXPECT_EQ(verdict().kind, Verdict::Kind::quiet);
 }
 
+TEST_F(TheVerdict, does_not_count_a_phone_that_is_quiet_again_after_more_than_half_an_hour) {
+    at(anHour, PostureChange{ScreenDown});
+    at(2 * anHour, PostureChange{tilted(2.6)});
+    at(2 * anHour + 31 * aMinute, PostureChange{ScreenDown});
+    at(8 * anHour, PostureChange{InHand});
+    EXPECT_EQ(verdict().kind, Verdict::Kind::quiet);
+}
+
 TEST_F(TheVerdict, tells_what_is_not_back_before_anything_else) {
     liesAllNight(ScreenDown);
     set("AirplaneSwitch", false);
