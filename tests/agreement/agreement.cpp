@@ -1,6 +1,6 @@
 #include "tests/agreement/agreement.h"
 
-#include "tests/agreement/random_scenario.h"
+#include "soak/random_scenario.h"
 #include "tests/agreement/trace_difference.h"
 
 #include <cerrno>

@@ -1,6 +1,6 @@
 /// Random nights, replayed from their traces.
 #include "night/scenario_file.h"
-#include "tests/agreement/random_scenario.h"
+#include "soak/random_scenario.h"
 #include "tests/phones/replay/a_told_night.h"
 
 #include <gtest/gtest.h>

@@ -35,6 +35,9 @@ const std::vector<Rule> rules{
     {"report", {"platform", "monitor", "input", "output", "phones/model", "night", "recording"}},
     {"phones/simulated", {"platform", "radios", "monitor", "host", "phones/model"}},
     {"phones/replay", {"platform", "host", "input", "phones/model", "night", "phones/simulated"}},
+    {"soak",
+     {"platform", "monitor", "host", "input", "output", "phones/model", "night",
+      "phones/simulated"}},
     {"phones/springboard", {"platform", "radios", "monitor", "host"}},
     {"phones/stand_in",
      {"platform", "input", "output", "phones/model", "night", "phones/springboard"}},
@@ -44,7 +47,7 @@ const std::vector<Rule> rules{
       "phones/simulated"}},
     {"command",
      {"platform", "radios", "monitor", "host", "input", "output", "phones/model", "settings",
-      "night", "recording", "report", "phones/simulated", "phones/replay", "live"}},
+      "night", "recording", "report", "phones/simulated", "phones/replay", "soak", "live"}},
 };
 
 const std::set<std::string> standardHeaders{

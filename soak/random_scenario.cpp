@@ -1,9 +1,9 @@
-#include "tests/agreement/random_scenario.h"
+#include "soak/random_scenario.h"
 
 #include "night/scenario_times.h"
-#include "tests/agreement/dice.h"
-#include "tests/agreement/random_events.h"
-#include "tests/agreement/random_settings.h"
+#include "soak/dice.h"
+#include "soak/random_events.h"
+#include "soak/random_settings.h"
 
 #include <array>
 
@@ -99,7 +99,9 @@ DateComponents anyNight(Dice& dice) {
     return parts;
 }
 
-std::int64_t secondsLong(Dice& dice, bool acrossChange) {
+std::int64_t secondsLong(Dice& dice, NightLength length, bool acrossChange) {
+    if (length == NightLength::whole)
+        return dice.between(6 * 3600, 11 * 3600);
     const auto kind = dice.between(1, 100);
     if (kind <= 3)
         return dice.between(1, 120);
@@ -116,7 +118,7 @@ std::string hoursText(std::int64_t hundredths) {
     return std::to_string(hundredths / 100) + '.' + (fraction.size() < 2 ? "0" : "") + fraction;
 }
 
-Period randomPeriod(Dice& dice) {
+Period randomPeriod(Dice& dice, NightLength length) {
     const bool acrossChange = dice.chance(12);
     const auto change = dice.oneOf(changesOfClocks);
     const bool utc = dice.chance(25);
@@ -135,7 +137,7 @@ Period randomPeriod(Dice& dice) {
     if (startIsWritten)
         period.lines += line("start", localText(zone.components(start)));
 
-    const std::int64_t seconds = secondsLong(dice, acrossChange);
+    const std::int64_t seconds = secondsLong(dice, length, acrossChange);
     const Date end{start.secondsSince1970 + static_cast<double>(seconds)};
     const DateComponents endParts = zone.components(end);
     const bool endIsUnambiguous = zone.firstDate(endParts) == end;
@@ -250,9 +252,9 @@ std::string randomWakes(Dice& dice, const Period& period) {
 
 } // namespace
 
-std::string randomScenario(std::uint64_t seed) {
+std::string randomScenario(std::uint64_t seed, NightLength length) {
     Dice dice(seed);
-    const Period period = randomPeriod(dice);
+    const Period period = randomPeriod(dice, length);
     const RandomSettings settings = randomSettings(dice, period.zone.components(period.start).hour);
     const bool fallsAsleep = dice.chance(20);
 

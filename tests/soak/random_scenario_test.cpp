@@ -1,6 +1,6 @@
 /// Random scenarios are useful: all can be played, most enter the sleep state, and together they
 /// have all keys of scenario files and settings.
-#include "tests/agreement/random_scenario.h"
+#include "soak/random_scenario.h"
 
 #include "host/host.h"
 #include "night/scenario_file.h"

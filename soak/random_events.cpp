@@ -1,4 +1,4 @@
-#include "tests/agreement/random_events.h"
+#include "soak/random_events.h"
 
 #include "night/scenario_times.h"
 

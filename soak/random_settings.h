@@ -1,7 +1,7 @@
 /// Settings for random scenarios, with unusual values that a settings file may have.
 #pragma once
 
-#include "tests/agreement/dice.h"
+#include "soak/dice.h"
 
 #include <optional>
 #include <string>

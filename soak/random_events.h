@@ -3,7 +3,7 @@
 #pragma once
 
 #include "phones/model/local_time.h"
-#include "tests/agreement/random_settings.h"
+#include "soak/random_settings.h"
 
 #include <string>
 

@@ -1,4 +1,4 @@
-#include "tests/agreement/random_settings.h"
+#include "soak/random_settings.h"
 
 #include <algorithm>
 #include <array>
