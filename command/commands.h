@@ -24,6 +24,7 @@ void addReplayCommand(CLI::App& app, Action& action);
 void addDetectCommand(CLI::App& app, Action& action);
 void addWhyCommand(CLI::App& app, Action& action);
 void addSettingsCommand(CLI::App& app, Action& action);
+void addSoakCommand(CLI::App& app, Action& action);
 void addCapabilitiesCommand(CLI::App& app, Action& action);
 
 /// `noctara help`. Add it after the other subcommands.

@@ -36,6 +36,7 @@ void describeProgram(CLI::App& app, Action& action) {
     addWhyCommand(app, action);
     addDetectCommand(app, action);
     addSettingsCommand(app, action);
+    addSoakCommand(app, action);
     addCapabilitiesCommand(app, action);
     addHelpCommand(app, action);
 }

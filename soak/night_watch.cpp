@@ -1,0 +1,126 @@
+#include "soak/night_watch.h"
+
+#include "soak/invariants.h"
+
+namespace noctara {
+
+namespace {
+
+const std::string radiosFilePath = "/var/preferences/SystemConfiguration/com.apple.radios.plist";
+
+} // namespace
+
+NightWatch::NightWatch(SimulatedPhone& phone, const Scenario& scenario) :
+    night{phone, scenario, {}, {}}, all(makeInvariants(night)) {
+    phone.observe(*this);
+}
+
+void NightWatch::called(const Call& call) {
+    if (call.operation == Operation::NSLog)
+        return;
+    for (const auto& invariant : all)
+        invariant->called(call);
+    followCall(call);
+}
+
+void NightWatch::happens(const Happening& happening) {
+    tell([&](Invariant& invariant) { invariant.happens(happening.event); });
+}
+
+void NightWatch::decided(const Decision& decision) {
+    if (std::holds_alternative<MonitoringBegins>(decision)) {
+        night.onlooker.begins(night.phone.radios.states().airplane);
+        phase = Phase::waiting;
+        tell([](Invariant& invariant) { invariant.loopBegins(); });
+    } else if (std::holds_alternative<NoReading>(decision)) {
+        beginCycle(false);
+    }
+}
+
+void NightWatch::endNight() {
+    tell([](Invariant& invariant) { invariant.nightEnds(); });
+}
+
+void NightWatch::followCall(const Call& call) {
+    const auto text = [&](std::size_t index = 0) {
+        return std::get<std::string_view>(call.arguments[index]);
+    };
+    switch (call.operation) {
+    case Operation::isOnAC:
+        night.onlooker.charger(std::get<bool>(*call.result));
+        break;
+    case Operation::fileExistsAtPath:
+        settingsFileIsAsked = settingsFileIsAsked || text() == settingsFilePath;
+        break;
+    case Operation::initWithContentsOfFile:
+        if (settingsFileIsAsked && text() == settingsFilePath) {
+            const auto* file = std::get_if<const Dictionary*>(call.result);
+            night.onlooker.loads(file ? *file : nullptr);
+            settingsFileIsAsked = false;
+        }
+        break;
+    case Operation::startAccelerometerUpdates:
+        beginCycle(true);
+        break;
+    case Operation::deviceMotion:
+        fromDeviceMotion = std::holds_alternative<Acceleration>(*call.result);
+        break;
+    case Operation::accelerometerData:
+        if (const auto* measured = std::get_if<Acceleration>(call.result))
+            sample = *measured;
+        break;
+    case Operation::stopAccelerometerUpdates:
+        endReading();
+        break;
+    case Operation::performSelectorOnMainThread:
+        if (text() == "setStateAirplaneMode") {
+            changing = true;
+            tell([](Invariant& invariant) { invariant.changeBegins(); });
+        }
+        break;
+    case Operation::notify_post:
+        if (changing && text() == "com.apple.radios") {
+            changing = false;
+            night.onlooker.changed(!night.onlooker.quiet);
+            quietTimes += night.onlooker.quiet;
+            tell([](Invariant& invariant) { invariant.changeEnds(); });
+        }
+        break;
+    case Operation::sleep:
+        beginWait();
+        break;
+    default:
+        break;
+    }
+}
+
+void NightWatch::beginCycle(bool takesReading) {
+    night.onlooker.cycleBegins(airplaneModeAsReported());
+    cycleIsOff = !night.onlooker.isOn();
+    sample.reset();
+    fromDeviceMotion = false;
+    phase = takesReading ? Phase::reading : Phase::working;
+    tell([&](Invariant& invariant) { invariant.cycleBegins(takesReading); });
+    if (cycleIsOff)
+        night.onlooker.offCycleEnds(airplaneModeAsReported());
+}
+
+void NightWatch::endReading() {
+    phase = Phase::working;
+    const bool lies = !fromDeviceMotion && night.onlooker.lies(sample);
+    const Outcome outcome = night.onlooker.reads(lies);
+    tell([&](Invariant& invariant) { invariant.readingEnds(outcome); });
+}
+
+void NightWatch::beginWait() {
+    if (phase != Phase::working)
+        return;
+    phase = Phase::waiting;
+    tell([](Invariant& invariant) { invariant.cycleEnds(); });
+}
+
+bool NightWatch::airplaneModeAsReported() const {
+    return night.phone.radios.hasTelephonyManager && night.phone.radios.states().airplane;
+}
+
+} // namespace noctara

@@ -1,0 +1,165 @@
+#include "soak/soak.h"
+
+#include "input/bad_input.h"
+#include "night/scenario_file.h"
+#include "night/scenario_text.h"
+#include "night/scenario_times.h"
+#include "soak/child_process.h"
+#include "soak/random_scenario.h"
+#include "soak/shrink.h"
+
+#include <fmt/format.h>
+
+#include <atomic>
+#include <chrono>
+#include <new>
+#include <span>
+#include <stdexcept>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <thread>
+#include <vector>
+
+namespace noctara {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// One value of the type in memory that this process shares with its children.
+template <typename Type>
+class Shared {
+public:
+    Shared() :
+        memory(mmap(nullptr, sizeof(Type), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1,
+                    0)) {
+        if (memory == MAP_FAILED)
+            throw std::bad_alloc();
+        new (memory) Type();
+    }
+    ~Shared() { munmap(memory, sizeof(Type)); }
+    Shared(const Shared&) = delete;
+    Shared& operator=(const Shared&) = delete;
+
+    Type& operator*() const { return *static_cast<Type*>(memory); }
+    Type* operator->() const { return static_cast<Type*>(memory); }
+
+private:
+    void* memory;
+};
+
+struct Worker {
+    pid_t process = 0;
+    std::atomic<std::uint64_t> night = 0; ///< The one that it plays.
+    SoakCounts counts;
+};
+
+struct Work {
+    static constexpr unsigned mostWorkers = 1024;
+
+    std::atomic<std::uint64_t> begun = 0;
+    std::atomic<std::uint64_t> played = 0;
+    std::atomic<bool> ends = false;
+    std::array<Worker, mostWorkers> workers;
+};
+
+std::optional<Breach> playNight(std::uint64_t seed, SoakCounts& counts) {
+    return playWatched(parseScenario(randomNightText(seed), fmt::format("seed {}", seed)), counts);
+}
+
+void playNights(const SoakPlan& plan, Work& work, Worker& worker) {
+    while (!work.ends) {
+        const std::uint64_t night = work.begun++;
+        if (night >= plan.nights)
+            return;
+        worker.night = night;
+        limitTime();
+        if (playNight(plan.seed + night, worker.counts))
+            throw std::runtime_error("an invariant does not hold");
+        ++work.played;
+    }
+}
+
+void add(const SoakCounts& part, SoakCounts& sum) {
+    for (std::size_t i = 0; i < SoakCounts::most; ++i) {
+        sum.checks[i] += part.checks[i];
+        sum.excuses[i] += part.excuses[i];
+    }
+    sum.nights += part.nights;
+    sum.seconds += part.seconds;
+    sum.timesQuiet += part.timesQuiet;
+}
+
+std::string commentOn(const Breach& breach, const Scenario& scenario, const std::string& name) {
+    return fmt::format("{}, shortened. It breaks this invariant:\n"
+                       "{}\n"
+                       "On the phone's clock at {}: {}.\n"
+                       "`noctara soak FILE` checks it, `noctara night FILE` tells its story.",
+                       name, breach.invariant,
+                       localText(TimeZone(scenario.timezone).components(breach.at)), breach.what);
+}
+
+} // namespace
+
+SoakResult soak(const SoakPlan& plan, const std::function<void(std::uint64_t)>& progress) {
+    const Shared<Work> work;
+    const std::span<Worker> workers(work->workers.data(), std::min(plan.jobs, Work::mostWorkers));
+    for (Worker& worker : workers)
+        worker.process = startChild([&] { playNights(plan, *work, worker); });
+
+    SoakResult result;
+    auto running = workers.size();
+    while (running > 0) {
+        int status = 0;
+        const pid_t ended = waitpid(-1, &status, WNOHANG);
+        if (ended <= 0) {
+            std::this_thread::sleep_for(200ms);
+            progress(work->played);
+            continue;
+        }
+        --running;
+        if (status == 0)
+            continue;
+        work->ends = true;
+        for (const Worker& worker : workers)
+            if (worker.process == ended)
+                result.failed = std::min(result.failed.value_or(plan.seed + worker.night),
+                                         plan.seed + worker.night);
+    }
+    for (const Worker& worker : workers)
+        add(worker.counts, result.counts);
+    return result;
+}
+
+std::string randomNightText(std::uint64_t seed) {
+    return randomScenario(seed, NightLength::whole);
+}
+
+std::optional<FailingNight> failureOf(const std::string& text, const std::string& name) {
+    const auto breach = playApart(parseScenario(text, name));
+    return breach ? std::optional(FailingNight{*breach, text}) : std::nullopt;
+}
+
+std::optional<FailingNight> shortestFailure(const std::string& text, const std::string& name) {
+    const auto failure = failureOf(text, name);
+    if (!failure)
+        return std::nullopt;
+
+    // What is kept is the file, so it is the file that has to fail.
+    const auto fails = [&](const Scenario& candidate) {
+        try {
+            const auto other = playApart(parseScenario(scenarioText(candidate), name));
+            return other && other->invariant == failure->breach.invariant;
+        } catch (const BadInput&) {
+            return false;
+        }
+    };
+    const Scenario scenario = parseScenario(text, name);
+    if (!fails(scenario))
+        return failure;
+    const Scenario shortest = shrink(scenario, fails);
+    const auto breach = playApart(parseScenario(scenarioText(shortest), name));
+    return FailingNight{*breach, scenarioText(shortest, commentOn(*breach, shortest, name))};
+}
+
+} // namespace noctara
