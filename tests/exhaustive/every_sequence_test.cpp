@@ -14,7 +14,7 @@ namespace {
 
 // A sanitizer makes the monitor many times slower.
 #ifdef NOCTARA_SANITIZED
-constexpr int cyclesWithoutChange = 8, cyclesWithOneChange = 4, cyclesWithTwoChanges = 3;
+constexpr int cyclesWithoutChange = 8, cyclesWithOneChange = 3, cyclesWithTwoChanges = 2;
 #else
 constexpr int cyclesWithoutChange = 14, cyclesWithOneChange = 7, cyclesWithTwoChanges = 5;
 #endif
