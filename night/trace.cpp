@@ -1,6 +1,10 @@
 #include "night/trace.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 #include <nlohmann/json.hpp>
 
 namespace noctara {
@@ -28,6 +32,14 @@ std::string base64(const Data& data) {
     return text;
 }
 
+/// A whole number is written without a fraction if it is the same number as an integer.
+Json real(double value) {
+    if (!std::isfinite(value))
+        return Json{{"real", std::isnan(value) ? "nan" : value > 0 ? "inf" : "-inf"}};
+    const bool isOutside = std::abs(value) > std::numeric_limits<std::int32_t>::max();
+    return isOutside ? Json(value) : number(value);
+}
+
 Json json(const PropertyList& value);
 
 Json json(const Dictionary& dictionary) {
@@ -35,6 +47,14 @@ Json json(const Dictionary& dictionary) {
     for (const auto& [key, value] : dictionary)
         object[key] = json(value);
     return object;
+}
+
+/// Tells a dictionary with one of these keys alone from a value that is written as an object.
+Json jsonOfValue(const Dictionary& dictionary) {
+    constexpr std::array<std::string_view, 4> names{"date", "data", "real", "dictionary"};
+    if (dictionary.size() == 1 && std::ranges::count(names, dictionary.begin()->key) != 0)
+        return Json{{"dictionary", json(dictionary)}};
+    return json(dictionary);
 }
 
 struct ToJson {
@@ -50,7 +70,7 @@ struct ToJson {
     }
     Json operator()(const PropertyList* value) const { return json(*value); }
     Json operator()(const Dictionary* value) const { return json(*value); }
-    Json operator()(const Dictionary& value) const { return json(value); }
+    Json operator()(const Dictionary& value) const { return jsonOfValue(value); }
     Json operator()(const Data& value) const { return Json{{"data", base64(value)}}; }
     Json operator()(const Array& value) const {
         Json array = Json::array();
@@ -64,6 +84,8 @@ struct ToJson {
 };
 
 Json json(const PropertyList& value) {
+    if (const auto* number = value.as<double>())
+        return real(*number);
     return std::visit(ToJson(), value.variant());
 }
 

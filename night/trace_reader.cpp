@@ -4,6 +4,7 @@
 #include "output/interruption.h"
 
 #include <array>
+#include <limits>
 #include <utility>
 
 namespace noctara {
@@ -35,6 +36,14 @@ auto valueNamed(const Words& words, const Json& word) {
     if (const auto value = valueOf(words, word.get<std::string>()))
         return *value;
     throw std::invalid_argument(inQuotes(word.get<std::string>()) + " is not one of its values");
+}
+
+/// A number that JSON cannot hold.
+double realNamed(std::string_view name) {
+    using Limits = std::numeric_limits<double>;
+    if (name == "nan")
+        return Limits::quiet_NaN();
+    return name == "inf" ? Limits::infinity() : -Limits::infinity();
 }
 
 /// Reads the value of an event. One overload for each kind of event. A missing overload is a
@@ -132,6 +141,10 @@ PropertyList propertyListOf(const Json& value) {
             return Date{only->get<double>()};
         if (only.key() == "data" && only->is_string())
             return dataOf(only->get<std::string>());
+        if (only.key() == "real" && only->is_string())
+            return realNamed(only->get<std::string>());
+        if (only.key() == "dictionary" && only->is_object())
+            return dictionaryOf(*only).value_or(Dictionary());
     }
     if (auto dictionary = dictionaryOf(value))
         return *std::move(dictionary);

@@ -39,6 +39,16 @@ INSTANTIATE_TEST_SUITE_P(Scenarios, AReplayedNight,
                              return name;
                          });
 
+TEST(ATracedSettingsFile, keeps_values_that_json_lacks) {
+    const Scenario scenario =
+        parseScenario("hours = 0.1\n[settings]\nDebug = true\nSensitivity = 4294967301.0\n"
+                      "StartHour = inf\na = [-inf, nan, 25.0, 1e300]\n"
+                      "b = [{date = 5}, {data = 'AA'}, {real = 'inf'}, {dictionary = {}}]\n",
+                      "scenario");
+    const ToldNight night = played(scenario);
+    EXPECT_EQ(replayed(scenario, night.trace), night.story);
+}
+
 class ATrace : public testing::Test {
 protected:
     ATrace() {
