@@ -3,6 +3,7 @@
 
 #include "input/bad_input.h"
 #include "input/nearest.h"
+#include "night/toml_guard.h"
 
 #include <algorithm>
 #include <cmath>
@@ -66,26 +67,6 @@ std::string describeType(const toml::node& node) {
 
 auto position(const toml::source_region& region) {
     return std::tuple(region.begin.line, region.begin.column);
-}
-
-/// The parser recurses once per part of a dotted key, without a limit of its own.
-void refuseEndlessKeys(std::string_view text, const std::string& file) {
-    constexpr int mostDots = 200;
-    std::size_t line = 1;
-    std::size_t lineBegin = 0;
-    int dots = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '\n') {
-            ++line;
-            lineBegin = i + 1;
-            dots = 0;
-        } else if (text[i] == '.' && ++dots > mostDots) {
-            throw BadInput(file + ":" + std::to_string(line) + ":" +
-                           std::to_string(i - lineBegin + 1) +
-                           ": too many dots in one line; at most " + std::to_string(mostDots) +
-                           " are accepted");
-        }
-    }
 }
 
 } // namespace
@@ -264,7 +245,7 @@ void TomlTable::readNonEmpty(std::string_view key, std::string& target) const {
 }
 
 toml::table parseToml(std::string_view text, const std::string& file) {
-    refuseEndlessKeys(text, file);
+    checkToml(text, file);
     try {
         return toml::parse(text);
     } catch (const toml::parse_error& error) {
