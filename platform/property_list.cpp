@@ -55,6 +55,7 @@ Dictionary& Dictionary::operator=(Dictionary&&) noexcept = default;
 Dictionary::~Dictionary() = default;
 
 Dictionary::Dictionary(std::initializer_list<DictionaryEntry> initial) {
+    entries.reserve(initial.size());
     for (const auto& [key, value] : initial)
         set(key, value);
 }
@@ -72,6 +73,8 @@ void Dictionary::set(std::string_view key, PropertyList value) {
             entry.value = std::move(value);
             return;
         }
+    if (entries.empty())
+        entries.reserve(4); // Most dictionaries have several keys.
     entries.push_back({std::string(key), std::move(value)});
 }
 

@@ -56,7 +56,9 @@ ParsedPropertyList FilesModel::content(const std::string& pathAsNamed) {
     if (systemFile == systemFiles.end())
         return store->read(path);
 
-    auto stored = store->exists(path) ? store->read(path) : ParsedPropertyList{Dictionary(), {}};
+    auto stored = store->read(path);
+    if (!stored.value && !store->exists(path))
+        stored = {Dictionary(), {}};
     if (auto* dictionary = stored.value ? stored.value->as<Dictionary>() : nullptr)
         systemFile->second(*dictionary);
     return stored;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace noctara {
 
@@ -89,8 +90,13 @@ void PowerModel::sendMessage(std::uint32_t type) {
 void PowerModel::describeWakes(Dictionary& list) const {
     Array entries;
     entries.reserve(wakes.size());
-    for (const auto& wake : wakes)
-        entries.push_back(Dictionary{{"scheduledby", wake.scheduledBy}, {"time", wake.at}});
+    for (const auto& wake : wakes) {
+        // A list of initial entries would be copied, in every cycle of the monitor.
+        Dictionary entry;
+        entry.set("scheduledby", wake.scheduledBy);
+        entry.set("time", wake.at);
+        entries.push_back(std::move(entry));
+    }
     list.set("wake", std::move(entries));
 }
 
