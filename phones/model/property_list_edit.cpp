@@ -27,6 +27,9 @@ std::string changedBinary(std::string_view bytes, const std::string& key,
     plist_t top = nullptr;
     plist_from_bin(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &top);
     const std::unique_ptr<void, NodeFreeing> ownedTop(top);
+    // A UID is read as a dictionary, but libplist sets no item in it and would not free the item.
+    if (plist_get_node_type(top) != PLIST_DICT)
+        return {};
     if (value) {
         const std::string xml = propertyListXml(*value);
         plist_t item = nullptr;

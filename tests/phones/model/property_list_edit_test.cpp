@@ -72,8 +72,8 @@ TEST(AChangedList, keeps_unsigned_integers_and_the_sign_of_zero_in_xml) {
 }
 
 TEST(AChangedList, is_absent_if_there_is_no_dictionary_to_change) {
-    for (const auto& bytes :
-         {std::string(), std::string("junk"), listOf("<array/>"), binaryOf({byte(0xA0)})})
+    for (const auto& bytes : {std::string(), std::string("junk"), listOf("<array/>"),
+                              binaryOf({byte(0xA0)}), binaryOf({byte(0x80) + byte(1)})})
         EXPECT_FALSE(changedPropertyList(bytes, "a", 1));
 }
 
