@@ -64,6 +64,7 @@ void printNewOddities(const Dictionary& before, const Dictionary& after, std::os
 int change(const std::filesystem::path& file, const std::string& key, const PropertyList& value,
            MissingFile missing, std::ostream& out) {
     makeIfMissing(file, missing);
+    requireChangeableFile(file);
     const Dictionary before = readSettingsFile(file);
     const PropertyList* const old = before.find(key);
     if (old && *old == value) {
@@ -73,7 +74,9 @@ int change(const std::filesystem::path& file, const std::string& key, const Prop
     changeSettingsFile(file, key, value);
     fmt::print(out, "{} is {} now; it was {}.\n", printable(key), shownValue(key, value),
                old ? shownValue(key, *old) : "missing");
-    printNewOddities(before, readSettingsFile(file), out);
+    Dictionary after = before;
+    after.set(key, value);
+    printNewOddities(before, after, out);
     return 0;
 }
 
@@ -159,6 +162,7 @@ int addApplication(const std::filesystem::path& file, const std::string& identif
 int removeApplication(const std::filesystem::path& file, const std::string& identifier,
                       std::ostream& out) {
     const std::string key = keyOf(identifier);
+    requireChangeableFile(file);
     const Dictionary settings = readSettingsFile(file);
     if (!settings.find(key)) {
         std::vector<std::string_view> present;

@@ -11,9 +11,16 @@ namespace noctara {
 
 std::string readFile(const std::filesystem::path& file, std::size_t mostMebibytes) {
     const std::size_t mostBytes = mostMebibytes << 20;
+    const auto refuseSize = [&] {
+        throw UnreadableFile("larger than " + std::to_string(mostMebibytes) + " MiB");
+    };
     std::error_code ignored;
     if (std::filesystem::is_directory(file, ignored))
         throw UnreadableFile("a folder, not a file");
+    // The monitor reads the list of wake-ups every few seconds.
+    if (std::filesystem::is_regular_file(file, ignored) &&
+        std::filesystem::file_size(file, ignored) > mostBytes && !ignored)
+        refuseSize();
     errno = 0;
     std::ifstream stream(file, std::ios::binary);
     std::string bytes;
@@ -26,7 +33,7 @@ std::string readFile(const std::filesystem::path& file, std::size_t mostMebibyte
                                  ? "no such file"
                                  : std::generic_category().message(errno ? errno : EIO));
     if (bytes.size() > mostBytes)
-        throw UnreadableFile("larger than " + std::to_string(mostMebibytes) + " MiB");
+        refuseSize();
     return bytes;
 }
 

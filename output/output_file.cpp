@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <fcntl.h>
 #include <iostream>
 #include <sys/stat.h>
 #include <system_error>
@@ -46,6 +47,13 @@ void keepOwner(const fs::path& file, const fs::path& other) {
     [[maybe_unused]] const int refused = ::chown(file.c_str(), status.st_uid, status.st_gid);
 }
 
+/// Writes the bytes of a file to the disk.
+bool sync(const fs::path& file) {
+    const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    const bool isSynced = descriptor >= 0 && ::fsync(descriptor) == 0;
+    return descriptor >= 0 && ::close(descriptor) == 0 && isSynced;
+}
+
 } // namespace
 
 bool OutputFile::isStandardOutput(const fs::path& place) {
@@ -68,7 +76,10 @@ OutputFile::OutputFile(const std::string& option, fs::path place,
                        std::generic_category().message(error) +
                        "); give a file in a folder that can be written");
     };
-    const auto status = fs::status(file, ignored);
+    std::error_code error;
+    const auto status = fs::status(file, error);
+    if (!fs::status_known(status))
+        refuse(error.value());
     if (fs::is_directory(status))
         refuse(EISDIR);
     if (fs::exists(status) && (!fs::is_regular_file(status) || isInDeviceFolder(file))) {
@@ -90,9 +101,14 @@ OutputFile::OutputFile(const std::string& option, fs::path place,
     aside = name;
     if (fs::exists(status))
         keepOwner(aside, target);
-    fs::permissions(aside, fs::exists(status) ? status.permissions() : newFilePermissions(),
-                    ignored);
-    bytes.open(aside, std::ios::binary | std::ios::trunc);
+    fs::permissions(aside, fs::exists(status) ? status.permissions() : newFilePermissions(), error);
+    if (!error)
+        bytes.open(aside, std::ios::binary | std::ios::trunc);
+    if (!bytes.is_open()) {
+        const int reason = error ? error.value() : errno;
+        fs::remove(aside, ignored);
+        refuse(reason);
+    }
 }
 
 OutputFile::~OutputFile() {
@@ -114,6 +130,9 @@ bool OutputFile::keep() {
     if (aside.empty())
         return true;
     std::error_code error;
+    // After a loss of power the old file or the new one must be there, not an empty one.
+    if (fs::exists(target, error) && !sync(aside))
+        return false;
     fs::rename(aside, target, error);
     if (error)
         return false;

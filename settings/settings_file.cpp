@@ -83,6 +83,13 @@ Dictionary readSettingsFile(const fs::path& file) {
     return *dictionary;
 }
 
+void requireChangeableFile(const fs::path& file) {
+    std::error_code ignored;
+    const auto status = fs::status(file, ignored);
+    if (fs::exists(status) && !fs::is_directory(status) && !fs::is_regular_file(status))
+        refuse(file, "not a regular file; give the name of a settings file");
+}
+
 void changeSettingsFile(const fs::path& file, const std::string& key,
                         const std::optional<PropertyList>& value) {
     if (isStandardInput(file))

@@ -13,6 +13,9 @@ namespace noctara {
 /// top level is not a dictionary.
 Dictionary readSettingsFile(const std::filesystem::path& file);
 
+/// Throws BadInput for a pipe or a device. It could be read, perhaps after a wait, but not changed.
+void requireChangeableFile(const std::filesystem::path& file);
+
 /// Changes the value of one key, or removes the key if `value` is absent. The file keeps its form,
 /// its other values, its permissions and its owner; if it is a link, it stays one. Throws BadInput,
 /// and leaves the file as it was, if it cannot be changed so.

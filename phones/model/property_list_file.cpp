@@ -373,6 +373,8 @@ bool writePropertyListFile(const std::filesystem::path& file, const Dictionary& 
     struct stat status {};
     if (::stat(file.c_str(), &status) == 0)
         mode = status.st_mode & 07777;
+    else if (errno != ENOENT)
+        return false;
     const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
     TemporaryFile temporary(folder);
     if (!temporary.fill(xml, mode, durability) || !temporary.takePlaceOf(file))
