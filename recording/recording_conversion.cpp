@@ -193,15 +193,12 @@ Recording::Sample RecordingConversion::convert(const RawReading& reading) {
     const Acceleration acceleration{a.x / divisor, a.y / divisor, a.z / divisor};
     if (options.rate)
         return {static_cast<double>(converted++) / *options.rate, acceleration};
-    if (reading.afterSetBack)
-        offset += latest + step - reading.time;
+    if (reading.afterSetBack) {
+        before += latest - first + step;
+        first = reading.time;
+    }
     latest = reading.time;
-    return {(reading.time + offset - first) * secondsPerUnit, acceleration};
-}
-
-void RecordingConversion::restart() {
-    converted = 0;
-    offset = 0;
+    return {(before + (reading.time - first)) * secondsPerUnit, acceleration};
 }
 
 } // namespace noctara

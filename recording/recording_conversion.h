@@ -51,9 +51,6 @@ public:
 
     Recording::Sample convert(const RawReading& reading);
 
-    /// Begins again with the first reading.
-    void restart();
-
     /// In seconds.
     double medianStep() const { return step * secondsPerUnit; }
     double lastSeconds() const { return span; }
@@ -66,14 +63,16 @@ private:
 
     const RecordingOptions& options;
     double secondsPerUnit = 1;
-    double first = 0;
     double step = 0;
     double span = 0;
     double divisor = 1;
 
     std::size_t converted = 0;
     double latest = 0;
-    double offset = 0; ///< Added to the times after the clock was set back.
+
+    // Since the clock was last set back. Differences of large times are exact, sums are not.
+    double first = 0;  ///< The time of the first reading, in the unit of the file.
+    double before = 0; ///< What had passed by then.
 };
 
 } // namespace noctara

@@ -166,6 +166,13 @@ TEST_F(ARecording, keeps_what_follows_after_the_clock_was_set_back) {
                                             "follow one step after those before it"));
 }
 
+TEST_F(ARecording, keeps_the_steps_after_a_time_that_is_much_larger) {
+    const Recording recording = read("time (s),x,y,z\n1669000000010000000,0,0,-1\n0.90,0,0,-1\n"
+                                     "0.95,0,0,-1\n1.00,0,0,-1\n");
+    ASSERT_EQ(recording.samples.size(), 4U);
+    EXPECT_NEAR(recording.samples[3].seconds, 0.15, 1e-6);
+}
+
 TEST_F(ARecording, with_one_value_in_each_line_is_put_together) {
     expectTiltedScreenUp(read("timestamp (s),axis,value\n"
                               "0.5,x,-0.1\n0.5,y,0\n0.5,z,-1\n"
