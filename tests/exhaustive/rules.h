@@ -1,5 +1,5 @@
-/// The rules of the monitor's main loop as tables. They were written from the description of the
-/// loop and not from its code, so that both must be right or differ.
+/// The rules of the monitor's main loop as tables. They were written without looking at the code of
+/// the loop, so that a mistake in one of them shows as a difference.
 #pragma once
 
 #include "monitor/decisions.h"
