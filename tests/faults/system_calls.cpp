@@ -4,6 +4,7 @@
 #include <array>
 #include <csignal>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -154,6 +155,7 @@ private:
 
 TracedRun traced(const std::function<int()>& work, const std::optional<Fault>& fault) {
     const int output = ::memfd_create("output", MFD_CLOEXEC);
+    std::fflush(nullptr); // The child would write what is buffered again.
     const pid_t child = ::fork();
     if (output < 0 || child < 0)
         throw std::runtime_error("no process can be created");
