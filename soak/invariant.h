@@ -27,11 +27,14 @@ struct WatchedNight {
     SimulatedPhone& phone;
     const Scenario& scenario;
     Onlooker onlooker;
-    std::optional<Breach> breach; ///< The first one.
+    std::int64_t secondsWaited = 0; ///< Since the last cycle ended.
+    std::optional<Breach> breach;   ///< The first one.
 };
 
-/// An invariant is told of each call but log lines, of each event, and of the steps of the night. A
-/// step comes after the call that it begins with.
+/// An invariant is told of the calls and the events, and of the steps of the night. A step comes
+/// after the call that it begins with. In SpringBoard the calls that come most often are left out:
+/// log lines, what the accelerometer is asked, and the waits between two cycles but their first
+/// second.
 class Invariant {
 public:
     Invariant(WatchedNight& watched, std::string_view text) : night(watched), sentence(text) {}

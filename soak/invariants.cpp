@@ -76,7 +76,8 @@ public:
 
     void cycleBegins(bool takesReading) override {
         if (isKnown)
-            check(pauses == wanted, "the monitor waited {} s, not {} s", pauses, wanted);
+            check(night.secondsWaited == wanted, "the monitor waited {} s, not {} s",
+                  night.secondsWaited, wanted);
         countdownCounts = takesReading || !night.onlooker.isOn();
     }
 
@@ -86,14 +87,11 @@ public:
         wanted = countsDown ? 1 : known.settings.ScanInterval;
         if (!known.isOn())
             wanted += known.settings.ScanInterval;
-        pauses = 1; // It has begun.
         isKnown = true;
     }
 
     void called(const Call& call) override {
-        if (call.operation == Operation::sleep)
-            ++pauses;
-        else if (call.operation == Operation::initWithContentsOfFile)
+        if (call.operation == Operation::initWithContentsOfFile)
             isKnown = false; // The settings change during the wait.
     }
 
@@ -105,7 +103,6 @@ public:
     }
 
 private:
-    std::int64_t pauses = 0;
     std::int64_t wanted = 0;
     bool countdownCounts = false;
     bool isKnown = false;

@@ -6,20 +6,29 @@ namespace noctara {
 
 namespace {
 
-const std::string radiosFilePath = "/var/preferences/SystemConfiguration/com.apple.radios.plist";
+/// Operations that no invariant looks at one by one.
+bool isFrequent(Operation operation) {
+    return operation == Operation::NSLog || operation == Operation::deviceMotion ||
+           operation == Operation::accelerometerData ||
+           operation == Operation::setAccelerometerUpdateInterval;
+}
 
 } // namespace
 
 NightWatch::NightWatch(SimulatedPhone& phone, const Scenario& scenario) :
-    night{phone, scenario, {}, {}}, all(makeInvariants(night)) {
+    night{phone, scenario, {}, 0, {}},
+    all(makeInvariants(night)),
+    isInert(scenario.phone.bundle != springBoardBundle) {
     phone.observe(*this);
 }
 
 void NightWatch::called(const Call& call) {
-    if (call.operation == Operation::NSLog)
+    if (isWait(call)) {
+        night.secondsWaited += std::get<std::int64_t>(call.arguments[0]);
         return;
-    for (const auto& invariant : all)
-        invariant->called(call);
+    }
+    if (!isFrequent(call.operation) || isInert)
+        tell([&](Invariant& invariant) { invariant.called(call); });
     followCall(call);
 }
 
@@ -39,6 +48,11 @@ void NightWatch::decided(const Decision& decision) {
 
 void NightWatch::endNight() {
     tell([](Invariant& invariant) { invariant.nightEnds(); });
+}
+
+/// A pause between two cycles, but not the first one.
+bool NightWatch::isWait(const Call& call) const {
+    return call.operation == Operation::sleep && phase == Phase::waiting && !call.onMainThread;
 }
 
 void NightWatch::followCall(const Call& call) {
@@ -87,7 +101,7 @@ void NightWatch::followCall(const Call& call) {
         }
         break;
     case Operation::sleep:
-        beginWait();
+        beginWait(std::get<std::int64_t>(call.arguments[0]));
         break;
     default:
         break;
@@ -112,10 +126,11 @@ void NightWatch::endReading() {
     tell([&](Invariant& invariant) { invariant.readingEnds(outcome); });
 }
 
-void NightWatch::beginWait() {
+void NightWatch::beginWait(std::int64_t seconds) {
     if (phase != Phase::working)
         return;
     phase = Phase::waiting;
+    night.secondsWaited = seconds;
     tell([](Invariant& invariant) { invariant.cycleEnds(); });
 }
 

@@ -35,7 +35,6 @@ private:
         waiting,
         reading,
         working, ///< After a reading or the decision to take none, until the wait.
-        ended,
     };
 
     template <typename Step>
@@ -44,14 +43,16 @@ private:
             step(*invariant);
     }
 
+    bool isWait(const Call& call) const;
     void followCall(const Call& call);
     void beginCycle(bool takesReading);
     void endReading();
-    void beginWait();
+    void beginWait(std::int64_t seconds);
     bool airplaneModeAsReported() const;
 
     WatchedNight night;
     std::vector<std::unique_ptr<Invariant>> all;
+    const bool isInert;
     int quietTimes = 0;
 
     Phase phase = Phase::beforeLoop;
