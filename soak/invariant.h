@@ -37,7 +37,7 @@ struct WatchedNight {
 /// second.
 class Invariant {
 public:
-    Invariant(WatchedNight& watched, std::string_view text) : night(watched), sentence(text) {}
+    Invariant(WatchedNight& watched, std::string_view text) : sentence(text), night(watched) {}
     virtual ~Invariant() = default;
     Invariant(const Invariant&) = delete;
     Invariant& operator=(const Invariant&) = delete;
@@ -68,7 +68,6 @@ public:
         std::uint64_t times = 0;
     };
 
-    WatchedNight& night;
     const std::string_view sentence;
     std::uint64_t checks = 0;
     std::vector<Excuse> excuses; ///< The named exceptions.
@@ -82,6 +81,8 @@ protected:
             night.breach = {std::string(sentence), night.phone.clock.wall(),
                             fmt::format(what, std::forward<Values>(values)...)};
     }
+
+    WatchedNight& night;
 };
 
 } // namespace noctara

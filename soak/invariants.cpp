@@ -62,9 +62,9 @@ public:
                           known.windowIsOpen(night.phone.clock.wall(), night.phone.timeZone());
         const bool allowed = known.isOn() && open && known.chargerAllows();
         check(takesReading == allowed,
-              "the cycle {} a reading; monitoring is {}, the window {}, the charger {}",
+              "the cycle {} a reading; monitoring is {}, the window is {}, and the charger {} it",
               takesReading ? "takes" : "does not take", onOff(known.isOn()),
-              open ? "allows it" : "does not", known.chargerAllows() ? "allows it" : "does not");
+              open ? "open" : "closed", known.chargerAllows() ? "allows" : "forbids");
     }
 };
 

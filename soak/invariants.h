@@ -1,4 +1,4 @@
-/// All invariants. Each is a class in one of the files named after what it is about.
+/// All invariants. Each is a class in invariants.cpp, with the sentence that it checks.
 #pragma once
 
 #include "soak/invariant.h"

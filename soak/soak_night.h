@@ -13,20 +13,20 @@
 
 namespace noctara {
 
-/// Counts by invariant, and by excuse, in the order of the invariants. All together they have these
-/// sentences.
+/// What was checked, summed up over nights. It has a fixed size, so that processes can share it.
 struct SoakCounts {
     static constexpr std::size_t most = 32; ///< More than there are invariants or excuses.
 
-    std::array<std::uint64_t, most> checks{};
-    std::array<std::uint64_t, most> excuses{};
+    std::array<std::uint64_t, most> checks{};  ///< In the order of `invariantSentences`.
+    std::array<std::uint64_t, most> excuses{}; ///< In the order of `excuseSentences`.
     std::uint64_t nights = 0;
     std::uint64_t seconds = 0; ///< Of the phone's time.
     std::uint64_t timesQuiet = 0;
 };
 
-/// The sentences of the invariants or of their excuses, in the order of the counts.
 std::vector<std::string_view> invariantSentences();
+
+/// The named reasons for which a radio may differ after coming back.
 std::vector<std::string_view> excuseSentences();
 
 /// Plays the night in this process and adds to the counts. A night that cannot be played to its end
