@@ -49,7 +49,8 @@ public:
     std::vector<double> cancelled;
 };
 
-/// A minute in which the monitor keeps a wake-up scheduled.
+/// A minute in which the monitor keeps a wake-up scheduled. It takes three seconds, because a
+/// library with sanitizers can need one to load.
 DatesSeen& aMinuteInRealTime() {
     static auto& seen = *new DatesSeen;
     static const bool played = [] {
@@ -59,7 +60,7 @@ DatesSeen& aMinuteInRealTime() {
         static const TemporaryFolder folder;
         setUpFoundation("Europe/Berlin");
         watchFoundation();
-        auto& phone = *new PhoneInRealTime(scenario, folder.path, 100);
+        auto& phone = *new PhoneInRealTime(scenario, folder.path, 20);
         phone.observe(seen);
         springBoard::begin();
         injectedLibrary::inject(NOCTARA_LIBRARY);
