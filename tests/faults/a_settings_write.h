@@ -42,7 +42,7 @@ protected:
 
     TracedRun write(const std::optional<Fault>& fault = {});
 
-    /// Absent if there is no file. Fails the test if the file is not whole.
+    /// What the file holds, absent if there is none. The test fails if the file is not whole.
     std::optional<Dictionary> content() const;
 
     bool isOld(const std::optional<Dictionary>& now) const { return now == GetParam().before; }

@@ -57,6 +57,13 @@ const FileCall* findFileCall(long number) {
     return found == fileCalls.end() ? nullptr : &*found;
 }
 
+/// How many of them there are depends on the state of the heap, not on the work.
+bool asksForMemory(const SystemCall& call) {
+    constexpr std::array memoryCalls{SYS_brk,    SYS_mmap,     SYS_munmap,
+                                     SYS_mremap, SYS_mprotect, SYS_madvise};
+    return std::ranges::count(memoryCalls, call.number) > 0;
+}
+
 /// A process that stops at each of its system calls.
 class Tracee {
 public:
@@ -171,8 +178,11 @@ TracedRun traced(const std::function<int()>& work, const std::optional<Fault>& f
     TracedRun run;
     std::size_t counted = 0;
     while (tracee.goOn()) {
-        run.calls.push_back(tracee.call());
-        const bool counts = fault && (fault->error == 0 || run.calls.back().worksOnFiles);
+        const SystemCall call = tracee.call();
+        const bool isRecorded = !asksForMemory(call);
+        if (isRecorded)
+            run.calls.push_back(call);
+        const bool counts = fault && isRecorded && (fault->error == 0 || call.worksOnFiles);
         const bool isMeant = counts && counted++ == fault->call;
         if (isMeant && fault->error == 0) {
             tracee.kill();

@@ -26,9 +26,10 @@ struct SystemCall {
 };
 
 struct TracedRun {
-    std::vector<SystemCall> calls; ///< From the beginning of the function to the end.
-    int exitCode = -1;             ///< -1 if a signal ended the process, also after 20 s.
-    std::string output;            ///< Standard output and standard error.
+    /// From the beginning of the function to the end, without those that only ask for memory.
+    std::vector<SystemCall> calls;
+    int exitCode = -1;  ///< -1 if a signal ended the process, also after 20 s.
+    std::string output; ///< Standard output and standard error.
 };
 
 /// The exit code is what `work` returns. Only for processes with one thread.
