@@ -9,7 +9,7 @@ namespace noctara {
 
 namespace {
 
-/// Prints the value of an option and its default. Which options go together, the errors tell.
+/// Prints the value of an option and its default, but not which options exclude each other.
 class HelpFormatter final : public CLI::Formatter {
 public:
     std::string make_option_opts(const CLI::Option* option) const override {

@@ -2,11 +2,10 @@
 
 #include "input/bad_input.h"
 #include "input/command_line.h"
-#include "input/file_reading.h"
 #include "input/input_file.h"
-#include "night/scenario_times.h"
+#include "night/scenario_file.h"
 #include "output/output_file.h"
-#include "soak/progress_line.h"
+#include "output/progress_line.h"
 #include "soak/soak.h"
 
 #include <fmt/format.h>
@@ -14,6 +13,7 @@
 
 #include <chrono>
 #include <cmath>
+#include <stdexcept>
 #include <string>
 
 namespace noctara {
@@ -21,8 +21,6 @@ namespace noctara {
 namespace {
 
 using RealClock = std::chrono::steady_clock;
-
-constexpr std::size_t mostMebibytes = 1;
 
 std::string durationText(double seconds) {
     if (seconds < 60)
@@ -42,37 +40,45 @@ void printCounts(const SoakCounts& counts, std::ostream& out) {
     table(excuseSentences(), counts.excuses);
 }
 
-/// Prints what is wrong and keeps the night in the file, if there is to be one.
-int report(const FailingNight& night, const std::optional<std::filesystem::path>& save,
-           std::ostream& out) {
-    fmt::print(out, "It breaks this invariant:\n    {}\n    {}.\n", night.breach.invariant,
-               night.breach.what);
-    if (!save)
-        return foundWrong;
-    OutputFile file("--save", *save, {});
+void print(const Breach& breach, std::ostream& out) {
+    fmt::print(out, "It breaks this invariant:\n    {}\n    {}.\n", breach.invariant, breach.what);
+}
+
+void save(const FailingNight& night, const std::filesystem::path& place, std::ostream& out) {
+    OutputFile file("--save", place, {});
     file.stream() << night.scenario;
     if (!file.keep())
         throw BadInput(fmt::format("--save: {} cannot be written; give another file",
-                                   inQuotes(save->string())));
-    fmt::print(out, "The shortest scenario that breaks it is in {}.\n", shownName(*save));
-    return foundWrong;
+                                   inQuotes(place.string())));
+    fmt::print(out, "The shortest scenario that breaks it is in {}.\n", shownName(place));
 }
 
 int checkScenario(const SoakOptions& options, std::ostream& out) {
     const std::string name = shownName(*options.scenario);
-    std::string text;
-    try {
-        text = readFile(*options.scenario, mostMebibytes);
-    } catch (const UnreadableFile& error) {
-        throw BadInput(fmt::format("{}: {}; give the name of a scenario file", name, error.what()));
+    const Scenario scenario = readScenario(*options.scenario);
+    const auto breach = playApart(scenario);
+    if (!breach) {
+        out << "Every invariant holds in " << name << ".\n";
+        return 0;
     }
-    const auto failure = options.save ? shortestFailure(text, name) : failureOf(text, name);
-    if (failure) {
-        out << name << " fails. ";
-        return report(*failure, options.save, out);
-    }
-    out << "Every invariant holds in " << name << ".\n";
-    return 0;
+    out << name << " fails. ";
+    print(*breach, out);
+    if (options.save)
+        save(*shortestFailure(scenario, name), *options.save, out);
+    return foundWrong;
+}
+
+/// A night that failed in a run of several.
+int reportNight(std::uint64_t seed, const SoakOptions& options, std::ostream& out) {
+    fmt::print(out, "The night of seed {} fails. ", seed);
+    out << std::flush;
+    const std::string name = fmt::format("Random night of seed {}", seed);
+    const auto shortest = shortestFailure(randomNight(seed), name);
+    if (!shortest)
+        throw std::runtime_error(name + " does not fail when it is played again");
+    print(shortest->breach, out);
+    save(*shortest, options.save.value_or(fmt::format("noctara-soak-{}.toml", seed)), out);
+    return foundWrong;
 }
 
 } // namespace
@@ -88,20 +94,16 @@ int soakNights(const SoakOptions& options, std::ostream& out) {
     SoakResult result;
     {
         ProgressLine line(options.nights);
-        result = soak({options.nights, options.seed, options.jobs},
-                      [&](std::uint64_t played) { line.show(played, elapsed()); });
+        result = soak(
+            {options.nights, options.seed, options.jobs},
+            [](std::uint64_t seed, SoakCounts& counts) {
+                return playWatched(randomNight(seed), counts);
+            },
+            [&](std::uint64_t played) { line.show(played, elapsed()); });
     }
+    if (result.failed)
+        return reportNight(*result.failed, options, out);
     const SoakCounts& counts = result.counts;
-    if (result.failed) {
-        fmt::print(out, "The night of seed {} fails. ", *result.failed);
-        out << std::flush;
-        const std::string name = fmt::format("Random night of seed {}", *result.failed);
-        const auto failure = shortestFailure(randomNightText(*result.failed), name);
-        if (!failure)
-            throw std::runtime_error(name + " does not fail when it is played again");
-        const std::filesystem::path usual = fmt::format("noctara-soak-{}.toml", *result.failed);
-        return report(*failure, options.save.value_or(usual), out);
-    }
     fmt::print(out,
                "{} random nights (seeds {} to {}): every invariant holds.\n"
                "{:.1f} hours a night, {} times quiet. {}, {:.0f} nights a second.\n",

@@ -1,6 +1,7 @@
 #include "command/commands.h"
 #include "command/soak_command.h"
 #include "input/completion.h"
+#include "soak/soak.h"
 
 #include <CLI/CLI.hpp>
 
@@ -15,13 +16,12 @@ namespace {
 
 constexpr std::uint64_t mostNights = 1'000'000'000;
 constexpr std::uint64_t largestSeed = mostNights * mostNights;
-constexpr unsigned mostJobs = 1024;
 
 } // namespace
 
 void addSoakCommand(CLI::App& app, Action& action) {
     const auto options = std::make_shared<SoakOptions>();
-    options->jobs = std::clamp(std::thread::hardware_concurrency(), 1U, mostJobs);
+    options->jobs = std::clamp(std::thread::hardware_concurrency(), 1U, SoakPlan::mostJobs);
     auto& command = *app.add_subcommand(
         "soak", "Plays random nights and checks that what must hold in every night does");
     completedByFiles(command
@@ -46,7 +46,7 @@ void addSoakCommand(CLI::App& app, Action& action) {
                                        "how many nights to play at a time; default: one for each "
                                        "core")
                            ->type_name("N")
-                           ->check(CLI::Range(1U, mostJobs));
+                           ->check(CLI::Range(1U, SoakPlan::mostJobs));
     command
         .add_option(
             "--save", options->save,

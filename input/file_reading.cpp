@@ -17,7 +17,7 @@ std::string readFile(const std::filesystem::path& file, std::size_t mostMebibyte
     std::error_code ignored;
     if (std::filesystem::is_directory(file, ignored))
         throw UnreadableFile("a folder, not a file");
-    // The monitor reads the list of wake-ups every few seconds.
+    // The monitor reads the list of wake-ups every few seconds: a huge file is refused unread.
     if (std::filesystem::is_regular_file(file, ignored) &&
         std::filesystem::file_size(file, ignored) > mostBytes && !ignored)
         refuseSize();

@@ -73,7 +73,7 @@ public:
     std::vector<Excuse> excuses; ///< The named exceptions.
 
 protected:
-    /// Counts a check. If it fails and is the first to fail, the night's breach gets the text.
+    /// Counts a check. The text of the first check that fails becomes the breach of the night.
     template <typename... Values>
     void check(bool holds, fmt::format_string<Values...> what, Values&&... values) {
         ++checks;

@@ -50,15 +50,13 @@ void NightWatch::endNight() {
     tell([](Invariant& invariant) { invariant.nightEnds(); });
 }
 
-/// A pause between two cycles, but not the first one.
+/// A pause between two cycles, from the second one on.
 bool NightWatch::isWait(const Call& call) const {
     return call.operation == Operation::sleep && phase == Phase::waiting && !call.onMainThread;
 }
 
 void NightWatch::followCall(const Call& call) {
-    const auto text = [&](std::size_t index = 0) {
-        return std::get<std::string_view>(call.arguments[index]);
-    };
+    const auto text = [&] { return std::get<std::string_view>(call.arguments[0]); };
     switch (call.operation) {
     case Operation::isOnAC:
         night.onlooker.charger(std::get<bool>(*call.result));
@@ -110,12 +108,12 @@ void NightWatch::followCall(const Call& call) {
 
 void NightWatch::beginCycle(bool takesReading) {
     night.onlooker.cycleBegins(airplaneModeAsReported());
-    cycleIsOff = !night.onlooker.isOn();
+    const bool isOff = !night.onlooker.isOn();
     sample.reset();
     fromDeviceMotion = false;
     phase = takesReading ? Phase::reading : Phase::working;
     tell([&](Invariant& invariant) { invariant.cycleBegins(takesReading); });
-    if (cycleIsOff)
+    if (isOff)
         night.onlooker.offCycleEnds(airplaneModeAsReported());
 }
 

@@ -56,7 +56,6 @@ private:
     int quietTimes = 0;
 
     Phase phase = Phase::beforeLoop;
-    bool cycleIsOff = false;
     std::optional<Acceleration> sample;
     bool fromDeviceMotion = false;
     bool settingsFileIsAsked = false; ///< The next read of the settings file is a load.

@@ -55,26 +55,20 @@ struct Worker {
 };
 
 struct Work {
-    static constexpr unsigned mostWorkers = 1024;
-
     std::atomic<std::uint64_t> begun = 0;
     std::atomic<std::uint64_t> played = 0;
     std::atomic<bool> ends = false;
-    std::array<Worker, mostWorkers> workers;
+    std::array<Worker, SoakPlan::mostJobs> workers;
 };
 
-std::optional<Breach> playNight(std::uint64_t seed, SoakCounts& counts) {
-    return playWatched(parseScenario(randomNightText(seed), fmt::format("seed {}", seed)), counts);
-}
-
-void playNights(const SoakPlan& plan, Work& work, Worker& worker) {
+void playNights(const SoakPlan& plan, const NightPlayer& play, Work& work, Worker& worker) {
     while (!work.ends) {
         const std::uint64_t night = work.begun++;
         if (night >= plan.nights)
             return;
         worker.night = night;
         limitTime();
-        if (playNight(plan.seed + night, worker.counts))
+        if (play(plan.seed + night, worker.counts))
             throw std::runtime_error("an invariant does not hold");
         ++work.played;
     }
@@ -101,11 +95,16 @@ std::string commentOn(const Breach& breach, const Scenario& scenario, const std:
 
 } // namespace
 
-SoakResult soak(const SoakPlan& plan, const std::function<void(std::uint64_t)>& progress) {
+Scenario randomNight(std::uint64_t seed) {
+    return parseScenario(randomScenario(seed, NightLength::whole), fmt::format("seed {}", seed));
+}
+
+SoakResult soak(const SoakPlan& plan, const NightPlayer& play,
+                const std::function<void(std::uint64_t)>& progress) {
     const Shared<Work> work;
-    const std::span<Worker> workers(work->workers.data(), std::min(plan.jobs, Work::mostWorkers));
+    const std::span<Worker> workers(work->workers.data(), plan.jobs);
     for (Worker& worker : workers)
-        worker.process = startChild([&] { playNights(plan, *work, worker); });
+        worker.process = startChild([&] { playNights(plan, play, *work, worker); });
 
     SoakResult result;
     auto running = workers.size();
@@ -131,34 +130,26 @@ SoakResult soak(const SoakPlan& plan, const std::function<void(std::uint64_t)>& 
     return result;
 }
 
-std::string randomNightText(std::uint64_t seed) {
-    return randomScenario(seed, NightLength::whole);
-}
-
-std::optional<FailingNight> failureOf(const std::string& text, const std::string& name) {
-    const auto breach = playApart(parseScenario(text, name));
-    return breach ? std::optional(FailingNight{*breach, text}) : std::nullopt;
-}
-
-std::optional<FailingNight> shortestFailure(const std::string& text, const std::string& name) {
-    const auto failure = failureOf(text, name);
+std::optional<FailingNight> shortestFailure(const Scenario& scenario, const std::string& name) {
+    const auto failure = playApart(scenario);
     if (!failure)
         return std::nullopt;
 
     // What is kept is the file, so it is the file that has to fail.
-    const auto fails = [&](const Scenario& candidate) {
+    const auto playAsFile = [&](const Scenario& candidate) {
+        return playApart(parseScenario(scenarioText(candidate), name));
+    };
+    const Scenario shortest = shrink(scenario, [&](const Scenario& candidate) {
         try {
-            const auto other = playApart(parseScenario(scenarioText(candidate), name));
-            return other && other->invariant == failure->breach.invariant;
+            const auto breach = playAsFile(candidate);
+            return breach && breach->invariant == failure->invariant;
         } catch (const BadInput&) {
             return false;
         }
-    };
-    const Scenario scenario = parseScenario(text, name);
-    if (!fails(scenario))
-        return failure;
-    const Scenario shortest = shrink(scenario, fails);
-    const auto breach = playApart(parseScenario(scenarioText(shortest), name));
+    });
+    const auto breach = playAsFile(shortest);
+    if (!breach)
+        throw std::runtime_error(name + " fails, but not when it is written to a file");
     return FailingNight{*breach, scenarioText(shortest, commentOn(*breach, shortest, name))};
 }
 

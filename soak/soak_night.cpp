@@ -15,8 +15,6 @@ namespace {
 
 const std::string playedToTheEnd = "A night can be played to its end.";
 
-constexpr unsigned mostSecondsForANight = 60;
-
 /// The invariants of a night that is not played, for their sentences.
 template <typename Read>
 std::vector<std::string_view> sentences(Read read) {
@@ -85,8 +83,8 @@ std::optional<Breach> playWatched(const Scenario& scenario, SoakCounts& counts) 
     return watch.breach();
 }
 
-void limitTime() {
-    alarm(mostSecondsForANight);
+void limitTime(unsigned seconds) {
+    alarm(seconds);
 }
 
 std::optional<Breach> playApart(const Scenario& scenario) {

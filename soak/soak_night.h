@@ -13,7 +13,7 @@
 
 namespace noctara {
 
-/// What was checked, summed up over nights. It has a fixed size, so that processes can share it.
+/// Sums over several nights. The size is fixed, because processes share the object in memory.
 struct SoakCounts {
     static constexpr std::size_t most = 32; ///< More than there are invariants or excuses.
 
@@ -36,8 +36,8 @@ std::optional<Breach> playWatched(const Scenario& scenario, SoakCounts& counts);
 /// The same in a process of its own, so that a crash or an endless loop is a breach too.
 std::optional<Breach> playApart(const Scenario& scenario);
 
-/// Ends this process with SIGALRM if that is not called again within a minute. A night takes
+/// Ends this process with SIGALRM after that time, unless it is called again before. A night takes
 /// milliseconds.
-void limitTime();
+void limitTime(unsigned seconds = 60);
 
 } // namespace noctara

@@ -91,7 +91,7 @@ void PowerModel::describeWakes(Dictionary& list) const {
     Array entries;
     entries.reserve(wakes.size());
     for (const auto& wake : wakes) {
-        // A list of initial entries would be copied, in every cycle of the monitor.
+        // An initializer list would be copied. This runs in every cycle of the monitor.
         Dictionary entry;
         entry.set("scheduledby", wake.scheduledBy);
         entry.set("time", wake.at);

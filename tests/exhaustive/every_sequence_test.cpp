@@ -31,35 +31,26 @@ protected:
     /// phones that switch does not steer the loop.
     template <typename Visit>
     void forEachSituation(bool allCues, Visit visit) {
-        constexpr std::array no_yes{false, true};
+        Situation situation;
+        std::tie(situation.airplaneMode, situation.playSound) = GetParam();
         for (const Hours hours : {Hours::any, Hours::insideTheWindow, Hours::outsideTheWindow})
             for (const Power power : {Power::any, Power::onTheCharger, Power::onBattery})
-                for (const bool enabled : no_yes)
-                    for (const bool detectManual : no_yes)
-                        for (const bool airplaneSwitch : no_yes)
-                            for (const bool vibrate : no_yes)
-                                for (const bool activeOnSleep : no_yes) {
-                                    const auto [startsInAirplaneMode, playSound] = GetParam();
-                                    if ((!allCues && vibrate != activeOnSleep) ||
-                                        (!startsInAirplaneMode && !airplaneSwitch))
-                                        continue;
-                                    Situation situation;
-                                    situation.airplaneMode = startsInAirplaneMode;
-                                    situation.playSound = playSound;
-                                    situation.timeLimit = hours != Hours::any;
-                                    situation.insideWindow = hours != Hours::outsideTheWindow;
-                                    situation.onChargerOnly = power != Power::any;
-                                    situation.charger = power == Power::onTheCharger;
-                                    situation.enabled = enabled;
-                                    situation.detectManual = detectManual;
-                                    situation.airplaneSwitch = airplaneSwitch;
-                                    situation.vibrate = vibrate;
-                                    situation.activeOnSleep = activeOnSleep;
-                                    // Too short an interval counts as 5 s at the start.
-                                    if (!allCues && activeOnSleep)
-                                        situation.interval = 0;
-                                    visit(situation);
-                                }
+                for (unsigned switches = 0; switches < 1U << 5; ++switches) {
+                    situation.timeLimit = hours != Hours::any;
+                    situation.insideWindow = hours != Hours::outsideTheWindow;
+                    situation.onChargerOnly = power != Power::any;
+                    situation.charger = power == Power::onTheCharger;
+                    situation.enabled = (switches & 1) != 0;
+                    situation.detectManual = (switches & 2) != 0;
+                    situation.airplaneSwitch = (switches & 4) != 0;
+                    situation.vibrate = (switches & 8) != 0;
+                    situation.activeOnSleep = (switches & 16) != 0;
+                    // Too short an interval counts as 5 s at the start.
+                    situation.interval = !allCues && situation.activeOnSleep ? 0 : 5;
+                    const bool cuesCount = allCues || situation.vibrate == situation.activeOnSleep;
+                    if (cuesCount && (situation.airplaneMode || situation.airplaneSwitch))
+                        visit(situation);
+                }
     }
 
     void play(const Case& played) {

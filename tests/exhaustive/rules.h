@@ -1,5 +1,6 @@
 /// The rules of the monitor's main loop as tables. They were written without looking at the code of
-/// the loop, so that a mistake in one of them shows as a difference.
+/// the loop. They share no code with soak/onlooker.cpp either, which states the same rules in
+/// another form. A mistake in one of the three shows as a difference.
 #pragma once
 
 #include "monitor/decisions.h"

@@ -37,7 +37,7 @@ struct Misbehaviour {
     void (*act)(SimulatedPhone& phone, NoctaraThread& monitor);
 };
 
-/// Acts on the fields and the functions of the monitor, as a wrong line of its code would.
+/// Changes the monitor or calls its functions, as a wrong line in its code would.
 const Misbehaviour misbehaviours[]{
     {"The state changes after three readings", beforeQuiet,
      [](SimulatedPhone& phone, NoctaraThread& monitor) {

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <csignal>
 #include <stdexcept>
+#include <unistd.h>
 
 namespace noctara {
 
@@ -29,7 +30,7 @@ auto count(const Scenario& scenario) {
 template <typename Kind>
 Scenario nightWithTwo() {
     for (std::uint64_t seed = 1; seed < 1000; ++seed) {
-        const Scenario scenario = parseScenario(randomNightText(seed), "random");
+        const Scenario scenario = randomNight(seed);
         if (count<Kind>(scenario) >= 2)
             return scenario;
     }
@@ -76,8 +77,8 @@ TEST(AShortenedNight, keeps_the_setting_that_it_needs) {
 }
 
 TEST(AFailure, is_absent_for_a_night_that_holds) {
-    EXPECT_FALSE(failureOf(randomNightText(1), "a night"));
-    EXPECT_FALSE(shortestFailure(randomNightText(1), "a night"));
+    EXPECT_FALSE(playApart(randomNight(1)));
+    EXPECT_FALSE(shortestFailure(randomNight(1), "a night"));
 }
 
 TEST(AFailure, is_kept_as_a_file_that_fails_too) {
@@ -86,24 +87,50 @@ TEST(AFailure, is_kept_as_a_file_that_fails_too) {
                               "[[event]]\nat = 23:30:00\n"
                               "settings = { ScanInterval = 0, TimeLimit = true, StartHour = 12, "
                               "StopHour = 13 }\n";
-    const auto failure = shortestFailure(spins, "A night");
+    const auto failure = shortestFailure(parseScenario(spins, "spins"), "A night");
     ASSERT_TRUE(failure);
     EXPECT_THAT(failure->breach.what, HasSubstr("loops without waiting"));
     EXPECT_THAT(failure->scenario, HasSubstr("# A night, shortened."));
     EXPECT_THAT(failure->scenario, Not(HasSubstr("button")));
-    EXPECT_TRUE(failureOf(failure->scenario, "the file"));
+    EXPECT_TRUE(playApart(parseScenario(failure->scenario, "the file")));
+}
+
+std::optional<Breach> holds(std::uint64_t seed, SoakCounts& counts) {
+    return playWatched(randomNight(seed), counts);
 }
 
 TEST(ARunOfRandomNights, plays_all_of_them_whatever_the_number_at_a_time) {
     std::uint64_t progress = 0;
-    const SoakResult one = soak({10, 7, 1}, [&](std::uint64_t played) { progress = played; });
-    const SoakResult three = soak({10, 7, 3}, [](std::uint64_t) {});
+    const SoakResult one =
+        soak({10, 7, 1}, holds, [&](std::uint64_t played) { progress = played; });
+    const SoakResult three = soak({10, 7, 3}, holds, [](std::uint64_t) {});
     EXPECT_FALSE(one.failed);
     EXPECT_EQ(one.counts.nights, 10U);
     EXPECT_EQ(three.counts.nights, 10U);
     EXPECT_EQ(one.counts.checks, three.counts.checks);
     EXPECT_EQ(one.counts.timesQuiet, three.counts.timesQuiet);
+    EXPECT_GT(progress, 0U);
     EXPECT_LE(progress, 10U);
+}
+
+TEST(ARunOfRandomNights, names_the_seed_of_a_night_that_breaks_an_invariant_and_stops) {
+    const auto breaksAt13 = [](std::uint64_t seed, SoakCounts& counts) {
+        ++counts.nights;
+        return seed == 13 ? std::optional(Breach{"An invariant.", {0}, "it is broken"})
+                          : std::nullopt;
+    };
+    const SoakResult result = soak({100'000'000, 7, 2}, breaksAt13, [](std::uint64_t) {});
+    EXPECT_EQ(result.failed, 13U);
+    EXPECT_LT(result.counts.nights, 100'000'000U);
+}
+
+TEST(ARunOfRandomNights, names_the_seed_of_a_night_that_crashes) {
+    const auto crashesAt9 = [](std::uint64_t seed, SoakCounts&) -> std::optional<Breach> {
+        if (seed == 9)
+            raise(SIGKILL);
+        return std::nullopt;
+    };
+    EXPECT_EQ(soak({10, 7, 3}, crashesAt9, [](std::uint64_t) {}).failed, 9U);
 }
 
 TEST(AChildProcess, answers_with_its_text) {
@@ -112,12 +139,18 @@ TEST(AChildProcess, answers_with_its_text) {
     EXPECT_FALSE(answer.end);
 }
 
-TEST(AChildProcess, that_crashes_leaves_this_one_alive) {
+TEST(AChildProcess, that_crashes_or_does_not_end_leaves_this_one_alive) {
     const auto killed = answerOfChild([]() -> std::string {
         raise(SIGKILL);
         return "";
     });
     EXPECT_EQ(killed.end, "the program ends with signal 9 (Killed)");
+    const auto endless = answerOfChild([]() -> std::string {
+        limitTime(1);
+        for (;;)
+            pause();
+    });
+    EXPECT_EQ(endless.end, "the program ends with signal 14 (Alarm clock)");
     const auto threw = answerOfChild([]() -> std::string { throw std::runtime_error("wrong"); });
     EXPECT_EQ(threw.end, "the program ends with exit code 1");
 }

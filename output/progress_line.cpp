@@ -1,4 +1,4 @@
-#include "soak/progress_line.h"
+#include "output/progress_line.h"
 
 #include <fmt/chrono.h>
 #include <fmt/format.h>
