@@ -147,7 +147,7 @@ PropertyList valueOf(plist_t node) {
         return numberOf(node, realOf(node));
     case PLIST_STRING: {
         const char* text = plist_get_string_ptr(node, &length);
-        return checkedText(std::string(text, length));
+        return checkedText(std::string(text, static_cast<std::size_t>(length)));
     }
     case PLIST_DATA: {
         const char* data = plist_get_data_ptr(node, &length);

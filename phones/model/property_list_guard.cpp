@@ -39,7 +39,8 @@ private:
         if (size > 8 || position > bytes.size() || size > bytes.size() - position)
             refuse("damaged binary property list");
         std::uint64_t result = 0;
-        for (const char byte : bytes.substr(position, size))
+        const auto begin = static_cast<std::size_t>(position);
+        for (const char byte : bytes.substr(begin, static_cast<std::size_t>(size)))
             result = result << 8 | static_cast<std::uint8_t>(byte);
         return result;
     }

@@ -206,18 +206,20 @@ TEST_F(ThePowerListener, answers_the_very_notification_ignoring_refcon_and_servi
 }
 
 TEST_F(ThePowerListener, logs_each_message_before_its_answer) {
+    const bool is64Bit = sizeof(std::intptr_t) == 8;
     beginQuietly(true);
     hear(kIOMessageCanSystemSleep, 0x2a);
     hear(kIOMessageSystemWillSleep, 0x7fabcdef);
     hear(kIOMessageSystemHasPoweredOn, 0);
-    hear(1, 0x123456789);
+    hear(1, static_cast<std::intptr_t>(0x123456789));
     EXPECT_THAT(answersAndLog(),
                 ElementsAre("NSLog [\"Noctara messageType e0000270, arg 0000002a\"]",
                             "IOAllowPowerChange [4099,42]",
                             "NSLog [\"Noctara messageType e0000280, arg 7fabcdef\"]",
                             "IOAllowPowerChange [4099,2141965807]",
                             "NSLog [\"Noctara messageType e0000300, arg 00000000\"]",
-                            "NSLog [\"Noctara messageType 00000001, arg 123456789\"]"));
+                            is64Bit ? "NSLog [\"Noctara messageType 00000001, arg 123456789\"]"
+                                    : "NSLog [\"Noctara messageType 00000001, arg 23456789\"]"));
 }
 
 TEST_F(ThePowerListener, logs_a_refusal_before_it_refuses) {

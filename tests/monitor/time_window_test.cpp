@@ -48,6 +48,14 @@ TEST_F(ANightlyWindow, is_21_to_7_unless_the_settings_say_otherwise) {
     EXPECT_FALSE(contains(7, 0, 1));
 }
 
+TEST_F(ANightlyWindow, has_the_same_hours_in_2040) {
+    lasts(21, 7, "Europe/Paris");
+    EXPECT_FALSE(contains(at(2040, 1, 15, 20, 59, 59) - winter));
+    EXPECT_TRUE(contains(at(2040, 1, 15, 21, 0, 1) - winter));
+    EXPECT_FALSE(contains(at(2040, 7, 15, 20, 59, 59) - summer));
+    EXPECT_TRUE(contains(at(2040, 7, 15, 21, 0, 1) - summer));
+}
+
 TEST_F(ANightlyWindow, across_midnight_contains_the_late_evening) {
     lasts(21, 7);
     EXPECT_TRUE(contains(23, 30, 0));

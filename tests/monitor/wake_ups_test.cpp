@@ -92,6 +92,13 @@ TEST_F(AWakeUp, is_scheduled_900_seconds_ahead_with_the_fraction_of_the_second) 
     EXPECT_THAT(stillScheduled(), ElementsAre("com.quorbit.Noctara 900.000000"));
 }
 
+TEST_F(AWakeUp, is_scheduled_900_seconds_ahead_across_the_limit_of_32_bits_in_2038) {
+    const double limit = 2147483648.0;
+    scenario.start = {limit - 0.5};
+    renew();
+    EXPECT_THAT(wakeCalls(), ElementsAre(scheduled(limit + 899.5)));
+}
+
 TEST_F(AWakeUp, replaces_both_of_ours_and_leaves_that_of_another) {
     scenario.wakes = {{ours, {now + 100.5}}, {"com.apple.alarm", {now + 200}}, {ours, {now + 300}}};
     renew();

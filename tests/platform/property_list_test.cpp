@@ -160,6 +160,12 @@ TEST(APropertyList, that_is_changed_no_longer_carries_an_object) {
     EXPECT_EQ(value.madeOf<Note>(), nullptr);
 }
 
+TEST(ADictionary, that_becomes_a_new_one_keeps_nothing_of_the_old_one) {
+    Dictionary dictionary{{"old", 1}};
+    dictionary = Dictionary{{"new", 2}, {"newer", 3}};
+    EXPECT_EQ(keysOf(dictionary), (std::vector<std::string>{"new", "newer"}));
+}
+
 TEST(ADictionary, keeps_the_order_of_insertion) {
     Dictionary dictionary;
     EXPECT_TRUE(dictionary.empty());
