@@ -2,6 +2,7 @@
 /// not used, because their results depend on the implementation.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <iterator>
@@ -24,8 +25,8 @@ public:
 
     template <typename Choices>
     auto oneOf(const Choices& choices) {
-        return *std::next(std::begin(choices),
-                          between(0, static_cast<std::int64_t>(std::size(choices)) - 1));
+        const auto last = static_cast<std::int64_t>(std::size(choices)) - 1;
+        return *std::next(std::begin(choices), static_cast<std::ptrdiff_t>(between(0, last)));
     }
     const char* oneOf(std::initializer_list<const char*> choices) {
         return oneOf<std::initializer_list<const char*>>(choices);
