@@ -187,12 +187,13 @@ inline constexpr std::array operationNames{
     NamedOperation{Operation::time, "time"},
     NamedOperation{Operation::date, "date"},
 };
-static_assert([] {
+constexpr bool namesAreInOrder() {
     for (std::size_t i = 0; i < operationNames.size(); ++i)
         if (operationNames[i].operation != static_cast<Operation>(i))
             return false;
     return operationNames.back().operation == Operation::date;
-}());
+}
+static_assert(namesAreInOrder());
 
 constexpr std::string_view nameOf(Operation operation) {
     return operationNames[static_cast<std::size_t>(operation)].name;
