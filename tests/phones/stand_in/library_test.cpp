@@ -37,6 +37,18 @@ TEST(TheLibrary, exports_its_seven_entry_points_and_nothing_else) {
                                               "callbackCTServerConnectionCreate"));
 }
 
+#ifndef NOCTARA_SANITIZED
+TEST(TheLibrary, ends_the_process_if_its_stack_is_overwritten_and_keeps_its_tables_read_only) {
+    const auto headers = [](const std::string& options) {
+        return run("LC_ALL=C readelf --wide " + options + " '" NOCTARA_LIBRARY "'").output;
+    };
+    EXPECT_THAT(headers("--dyn-syms"), HasSubstr("__stack_chk_fail@"));
+    EXPECT_THAT(headers("--dynamic"), HasSubstr("BIND_NOW"));
+    EXPECT_THAT(headers("--program-headers"), HasSubstr("GNU_RELRO"));
+    EXPECT_THAT(headers("--program-headers"), testing::ContainsRegex("GNU_STACK .* RW "));
+}
+#endif
+
 TEST(TheLibrary, has_the_classes_of_the_monitor_and_the_radio_controller_and_no_others) {
     const std::string prefix = "_OBJC_CLASS_";
     std::vector<std::string> classes;
