@@ -4,8 +4,11 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <fstream>
 #include <system_error>
+
+#include <sys/stat.h>
 
 namespace noctara {
 
@@ -14,13 +17,14 @@ std::string readFile(const std::filesystem::path& file, std::size_t mostMebibyte
     const auto refuseSize = [&] {
         throw UnreadableFile("larger than " + std::to_string(mostMebibytes) + " MiB");
     };
-    std::error_code ignored;
-    if (std::filesystem::is_directory(file, ignored))
-        throw UnreadableFile("a folder, not a file");
-    // The monitor reads the list of wake-ups every few seconds: a huge file is refused unread.
-    if (std::filesystem::is_regular_file(file, ignored) &&
-        std::filesystem::file_size(file, ignored) > mostBytes && !ignored)
-        refuseSize();
+    struct stat status {};
+    if (::stat(file.c_str(), &status) == 0) {
+        if (S_ISDIR(status.st_mode))
+            throw UnreadableFile("a folder, not a file");
+        // The monitor reads the list of wake-ups every few seconds: a huge file is refused unread.
+        if (S_ISREG(status.st_mode) && static_cast<std::uintmax_t>(status.st_size) > mostBytes)
+            refuseSize();
+    }
     errno = 0;
     std::ifstream stream(file, std::ios::binary);
     std::string bytes;

@@ -8,13 +8,15 @@
 namespace noctara {
 
 std::string resolvedPath(const std::string& path) {
-    return path.starts_with("/var/") ? "/private" + path : path;
+    return path.starts_with(linkedFolder) ? "/private" + path : path;
 }
 
 namespace {
 
 class MemoryFileStore final : public FileStore {
 public:
+    bool isVisible() const override { return false; }
+
     bool exists(const std::string& path) const override { return files.contains(path); }
 
     ParsedPropertyList read(const std::string& path) const override {
@@ -42,7 +44,10 @@ private:
 
 class DirectoryFileStore final : public FileStore {
 public:
-    explicit DirectoryFileStore(const std::filesystem::path& folder) : root(folder) {}
+    explicit DirectoryFileStore(const std::filesystem::path& folder) :
+        root(folder.empty() ? "." : folder) {}
+
+    bool isVisible() const override { return true; }
 
     bool exists(const std::string& path) const override {
         std::error_code ignored;
@@ -73,9 +78,7 @@ public:
     }
 
 private:
-    std::filesystem::path place(const std::string& path) const {
-        return root / std::filesystem::path(path).relative_path();
-    }
+    std::filesystem::path place(const std::string& path) const { return root.native() + path; }
 
     void makeFolderOf(const std::string& path) const {
         std::error_code ignored;

@@ -7,16 +7,23 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace noctara {
 
-/// The path with the phone's symbolic link resolved: "/var" is "/private/var".
+/// A symbolic link on the phone, to the same folder below /private.
+inline constexpr std::string_view linkedFolder = "/var/";
+
+/// The path with that link resolved.
 std::string resolvedPath(const std::string& path);
 
 /// Files by their path on the phone. Callers pass resolved paths.
 class FileStore {
 public:
     virtual ~FileStore() = default;
+
+    /// Whether other programs can read the files.
+    virtual bool isVisible() const = 0;
 
     virtual bool exists(const std::string& path) const = 0;
 

@@ -44,24 +44,24 @@ void FilesModel::bringUpToDate(const std::string& path) {
 }
 
 void FilesModel::writeSystemFiles() {
-    if (disk != DiskState::ok)
+    if (disk != DiskState::ok || !store->isVisible())
         return;
     for (const auto& [path, update] : systemFiles)
         bringUpToDate(path);
 }
 
-ParsedPropertyList FilesModel::content(const std::string& pathAsNamed) {
-    const std::string path = resolvedPath(pathAsNamed);
+ParsedPropertyList FilesModel::content(const std::string& path) {
+    if (path.starts_with(linkedFolder))
+        return content(resolvedPath(path));
     const auto systemFile = systemFiles.find(path);
-    if (systemFile == systemFiles.end())
-        return store->read(path);
-
-    auto stored = store->read(path);
-    if (!stored.value && !store->exists(path))
-        stored = {Dictionary(), {}};
-    if (auto* dictionary = stored.value ? stored.value->as<Dictionary>() : nullptr)
-        systemFile->second(*dictionary);
-    return stored;
+    const bool isSystemFile = systemFile != systemFiles.end();
+    ParsedPropertyList file = isSystemFile && !store->exists(path)
+                                  ? ParsedPropertyList{Dictionary(), {}}
+                                  : store->read(path);
+    if (isSystemFile && file.value)
+        if (auto* dictionary = file.value->as<Dictionary>())
+            systemFile->second(*dictionary);
+    return file;
 }
 
 bool FilesModel::writeByOthers(const std::string& path, const Dictionary& dictionary) {

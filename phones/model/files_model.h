@@ -32,7 +32,8 @@ public:
     /// the read functions here do not write.
     void bringUpToDate(const std::string& path);
 
-    /// Writes all system files to the store, unless the disk is full or read-only.
+    /// Writes all system files to the store if other programs can read them there, unless the disk
+    /// is full or read-only.
     void writeSystemFiles();
 
     bool isThere(const std::string& path) const;

@@ -65,8 +65,8 @@ void PowerModel::cancel(Date date, const std::string& identifier) {
     // The list of wake-ups is a file, which may keep whole seconds only. Who reads it cancels by
     // the date that it shows.
     const auto isMeant = [&](const auto& wake) {
-        const Date inWholeSeconds{std::floor(wake.at.secondsSince1970)};
-        return wake.scheduledBy == identifier && (wake.at == date || inWholeSeconds == date);
+        return wake.scheduledBy == identifier &&
+               (wake.at == date || Date{std::floor(wake.at.secondsSince1970)} == date);
     };
     std::erase_if(wakes, isMeant);
 }
@@ -95,7 +95,7 @@ void PowerModel::describeWakes(Dictionary& list) const {
         Dictionary entry;
         entry.set("scheduledby", wake.scheduledBy);
         entry.set("time", wake.at);
-        entries.push_back(std::move(entry));
+        entries.emplace_back(std::move(entry));
     }
     list.set("wake", std::move(entries));
 }

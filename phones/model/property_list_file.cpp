@@ -141,7 +141,9 @@ PropertyList valueOf(plist_t node) {
     case PLIST_UINT: {
         std::uint64_t integer = 0;
         plist_get_uint_val(node, &integer);
-        return numberOf(node, static_cast<std::int64_t>(integer));
+        const auto value = static_cast<std::int64_t>(integer);
+        // Beyond 63 bits, libplist alone knows whether it is a negative number.
+        return value < 0 ? numberOf(node, value) : value;
     }
     case PLIST_REAL:
         return numberOf(node, realOf(node));

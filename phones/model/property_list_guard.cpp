@@ -124,8 +124,7 @@ std::string plainInteger(std::string_view text) {
     return decimal;
 }
 
-/// Checks the text at `begin` if `name` is the tag of a number or a date. Removes leading zeros of
-/// integers.
+/// Checks the text at `begin`, of a number or a date. Removes leading zeros of integers.
 void checkScalar(std::string& xml, std::string_view name, std::size_t begin) {
     const std::size_t end = std::min(xml.find('<', begin), xml.size());
     begin = std::min(xml.find_first_not_of(blanks, begin), end);
@@ -137,8 +136,21 @@ void checkScalar(std::string& xml, std::string_view name, std::size_t begin) {
         refuse("an invalid date");
     if (name == "integer") {
         const std::string plain = plainInteger(text);
-        xml.replace(begin, text.size(), std::string(text.size() - plain.size(), ' ') + plain);
+        if (plain != text)
+            xml.replace(begin, text.size(), std::string(text.size() - plain.size(), ' ') + plain);
     }
+}
+
+bool isBlank(char character) {
+    return character == ' ' || character == '\t' || character == '\r' || character == '\n';
+}
+
+/// The name of a tag, with the slash of a closing tag.
+std::string_view nameOf(std::string_view tag) {
+    std::size_t end = 1;
+    while (end < tag.size() && tag[end] != '/' && !isBlank(tag[end]))
+        ++end;
+    return tag.substr(0, end);
 }
 
 /// The position after the first `closing` at or after `from`.
@@ -177,14 +189,14 @@ std::string checkedXmlPropertyList(std::string_view bytes) {
         // libplist ignores ">" within quotation marks or brackets, so it would see other tags.
         if (std::ranges::count(tag, '"') % 2 != 0 || tag.find('[') != tag.npos)
             refuse("not a property list");
-        const std::string name(tag.substr(0, tag.find_first_of(" \t\r\n/", 1)));
+        const std::string_view name = nameOf(tag);
         if ((name == "array" || name == "dict") && !tag.ends_with('/'))
             requireLevel(++levels);
         else if ((name == "/array" || name == "/dict") && levels > 0)
             --levels;
         else if (name == "/plist")
             xml.resize(end);
-        else
+        else if (name == "integer" || name == "real" || name == "date")
             checkScalar(xml, name, end);
     }
     if (xml.find('\0') != xml.npos)

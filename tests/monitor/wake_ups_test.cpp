@@ -31,6 +31,7 @@ class StoreWithList final : public FileStore {
 public:
     explicit StoreWithList(ParsedPropertyList content) : list(std::move(content)) {}
 
+    bool isVisible() const override { return false; }
     bool exists(const std::string& path) const override {
         return path == listPath || others->exists(path);
     }
