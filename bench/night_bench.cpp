@@ -1,5 +1,6 @@
 /// The time of a night and of its parts, with files in memory and without observers. Real time is
 /// measured, because the monitor thread and the main thread take turns.
+#include "bench/default_night.h"
 #include "monitor/noctara_thread.h"
 #include "phones/simulated/simulated_phone.h"
 #include "tests/full_settings.h"
@@ -17,16 +18,6 @@ Dictionary busySettings(bool debug) {
         {{"TimeLimit", true}, {"Debug", debug}, {"launch-app-com.example.alarm", true}});
 }
 
-Scenario nightOf(std::optional<Dictionary> settings) {
-    Scenario scenario;
-    scenario.timezone = "Europe/Paris";
-    scenario.settings = std::move(settings);
-    const double start = scenario.start.secondsSince1970;
-    scenario.events = {{{start + 3600}, PostureChange{NamedPosture::ScreenDown}},
-                       {{start + 30000}, PostureChange{NamedPosture::InHand}}};
-    return scenario;
-}
-
 void playNights(benchmark::State& state, const Scenario& scenario) {
     for (auto _ : state) {
         SimulatedPhone phone(scenario);
@@ -36,10 +27,10 @@ void playNights(benchmark::State& state, const Scenario& scenario) {
 }
 
 /// 9.5 hours on a new phone, with the defaults, which the monitor writes itself.
-void defaultNight(benchmark::State& state) {
-    playNights(state, nightOf(std::nullopt));
+void nightWithDefaults(benchmark::State& state) {
+    playNights(state, defaultNight());
 }
-BENCHMARK(defaultNight)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(nightWithDefaults)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 /// The same with the time window on: the monitor uses the calendar in every cycle.
 void nightWithTimeWindow(benchmark::State& state) {
