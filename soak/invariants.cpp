@@ -211,10 +211,13 @@ public:
         if (!(cellular && chosen._3GSwitch && !chosen.EdgeSwitch) || inCall)
             check(now.maxRate == before.maxRate, "the data rate is changed");
         else
-            check(now.maxRate <= before.maxRate, "the data rate is raised");
+            check(now.maxRate == before.maxRate || now.maxRate == slowest,
+                  "the data rate is changed, but not to 2G");
     }
 
 private:
+    static constexpr DataRate slowest = DataRate::kCTRegistrationDataRate2G;
+
     void expect(const char* radio, bool is, bool wanted) {
         check(is == wanted, "{} is {} in the quiet state", radio, onOff(is));
     }
