@@ -31,11 +31,13 @@ void ProgressLine::show(std::uint64_t done, double seconds) const {
     if (!isShown)
         return;
     const auto full = static_cast<std::size_t>(done * width / total);
+    fmt::print(stderr, "{}[{}{}] {} of {}", beginAgain, std::string(full, '#'),
+               std::string(width - full, ' '), done, total);
+    if (done == 0)
+        return;
     const double rate = static_cast<double>(done) / seconds;
-    const auto left = std::chrono::seconds(
-        done == 0 ? 0 : static_cast<std::int64_t>(static_cast<double>(total - done) / rate));
-    fmt::print(stderr, "{}[{}{}] {} of {}, {:.0f} a second, {:%H:%M:%S} left", beginAgain,
-               std::string(full, '#'), std::string(width - full, ' '), done, total, rate, left);
+    const auto left = static_cast<std::int64_t>(static_cast<double>(total - done) / rate);
+    fmt::print(stderr, ", {:.0f} a second, {:%H:%M:%S} left", rate, std::chrono::seconds(left));
 }
 
 } // namespace noctara

@@ -1,6 +1,5 @@
 /// `noctara night --live` in a terminal, which tmux provides.
-#include "input/temporary_folder.h"
-#include "tests/programs.h"
+#include "tests/a_terminal.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,53 +19,8 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-/// A shell in a terminal of its own.
-class InATerminal : public testing::Test {
+class InATerminal : public noctara::ATerminal {
 protected:
-    /// The shell tells the modes of its terminal before each prompt, and the exit code before.
-    void open(int width = 80, int height = 24) {
-        std::ofstream(folder.path / "rc")
-            << "PS1='exit $? $(stty -g | tr -d \"\\n\" | md5sum | cut -c1-8) ready> '\n"
-               "unset NO_COLOR\n"
-               "noctara() { '" NOCTARA_COMMAND "' \"$@\"; }\n";
-        tmux("new-session -d -x " + std::to_string(width) + " -y " + std::to_string(height) +
-             " -e LC_ALL=C.UTF-8 -c '" NOCTARA_SOURCE_DIR "' 'bash --rcfile " +
-             (folder.path / "rc").string() + "'");
-        const auto shown = waitFor(" ready>");
-        prompt = shown.substr(shown.find(" ready>") - 8, 8);
-    }
-
-    ~InATerminal() override { tmux("kill-server 2>/dev/null"); }
-
-    std::string tmux(const std::string& command) {
-        return noctara::run("tmux -S '" + (folder.path / "socket").string() + "' -f /dev/null " +
-                            command)
-            .output;
-    }
-
-    void type(const std::string& keys) { tmux("send-keys -- " + keys); }
-    void enter(const std::string& command) {
-        tmux("send-keys -l -- \"" + command + "\"");
-        type("Enter");
-    }
-
-    std::string screen() { return tmux("capture-pane -p"); }
-
-    /// Waits until the screen shows this, and returns the screen.
-    std::string waitFor(const std::string& text) {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-        std::string shown = screen();
-        while (shown.find(text) == shown.npos) {
-            if (std::chrono::steady_clock::now() > deadline) {
-                ADD_FAILURE() << "waited for " << text << " in vain:\n" << shown;
-                break;
-            }
-            std::this_thread::sleep_for(std::chrono::milliseconds(20));
-            shown = screen();
-        }
-        return shown;
-    }
-
     void begin(const std::string& arguments = "--speed 60") {
         enter("clear; noctara night --live " + arguments);
         waitFor("q quit");
@@ -94,9 +48,6 @@ protected:
     void send(const std::string& signal) {
         noctara::run("kill -" + signal + " " + processOfTheNight());
     }
-
-    noctara::TemporaryFolder folder;
-    std::string prompt; ///< The modes of the terminal in the prompt of the shell.
 };
 
 TEST_F(InATerminal, the_live_night_fills_80_by_24) {

@@ -1,0 +1,32 @@
+/// The progress bar of `noctara soak`, in a terminal and without one.
+#include "tests/a_terminal.h"
+
+#include <gmock/gmock.h>
+
+namespace noctara {
+
+namespace {
+
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::Not;
+
+class AProgressBar : public ATerminal {};
+
+TEST_F(AProgressBar, shows_how_far_a_run_is_and_leaves_nothing_behind) {
+    open(80, 100);
+    enter("clear; noctara soak --nights 200 --jobs 1");
+    EXPECT_THAT(waitFor(" left"), ContainsRegex("\\[#* *\\] [0-9]+ of 200, [0-9]+ a second, "
+                                                "00:[0-9][0-9]:[0-9][0-9] left"));
+    EXPECT_THAT(waitFor("every invariant holds"), Not(HasSubstr(" of 200, ")));
+}
+
+TEST_F(AProgressBar, is_not_printed_into_a_file) {
+    const Played played = run("'" NOCTARA_COMMAND "' soak --nights 20 2>&1 >/dev/null");
+    EXPECT_EQ(played.exitCode, 0);
+    EXPECT_EQ(played.output, "");
+}
+
+} // namespace
+
+} // namespace noctara
