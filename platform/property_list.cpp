@@ -75,7 +75,7 @@ void Dictionary::set(std::string_view key, PropertyList value) {
         }
     if (entries.empty())
         entries.reserve(4); // Most dictionaries have several keys.
-    entries.push_back({std::string(key), std::move(value)});
+    entries.emplace_back(key, std::move(value));
 }
 
 bool Dictionary::remove(std::string_view key) {

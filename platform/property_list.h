@@ -128,6 +128,12 @@ private:
 };
 
 struct DictionaryEntry {
+    // Two functions, because a value that is taken as a copy and then moved is moved twice.
+    DictionaryEntry(std::string_view name, PropertyList&& content) :
+        key(name), value(std::move(content)) {}
+    DictionaryEntry(std::string_view name, const PropertyList& content) :
+        key(name), value(content) {}
+
     std::string key;
     PropertyList value;
 

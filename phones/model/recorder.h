@@ -51,8 +51,8 @@ public:
     bool onMainThread = true; ///< Which of the two threads is running.
 
 private:
-    void tell(Operation operation, std::span<const CallValue> arguments,
-              const CallValue* result) const {
+    [[gnu::noinline]] void tell(Operation operation, std::span<const CallValue> arguments,
+                                const CallValue* result) const {
         for (auto* observer : observers)
             observer->called({clock.wall(), onMainThread, operation, arguments, result});
     }
