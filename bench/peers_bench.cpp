@@ -12,7 +12,10 @@ namespace {
 
 class SleepCount final : public PhoneObserver {
 public:
-    void called(const Call& call) override { count += call.operation == Operation::sleep; }
+    void called(const Call& call) override {
+        count +=
+            call.operation == Operation::sleep && std::get<std::int64_t>(call.arguments[0]) != 0;
+    }
     void happens(const Happening&) override {}
 
     std::int64_t count = 0;
