@@ -23,8 +23,13 @@ using testing::HasSubstr;
 
 const fs::path scenarios = fs::path(NOCTARA_SOURCE_DIR) / "scenarios";
 
-/// The number of random nights in a run of the tests; scripts/agree plays any number.
+/// The number of random nights in a run of the tests; scripts/agree plays any number. With
+/// sanitizers a night takes half a minute.
+#ifdef NOCTARA_SANITIZED
+constexpr std::uint64_t randomScenarios = 6;
+#else
 constexpr std::uint64_t randomScenarios = 24;
+#endif
 
 class AllPhones : public testing::Test {
 protected:
