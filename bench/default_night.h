@@ -24,7 +24,7 @@ inline Scenario defaultNight() {
     return nightOf(std::nullopt);
 }
 
-/// Default nights, each 24 hours after the one before, with the days between them.
+/// Default nights on consecutive days. The phone is in the hand during the days.
 inline Scenario nightsInARow(int count) {
     constexpr double day = 24 * 3600;
     Scenario scenario = defaultNight();

@@ -1,5 +1,5 @@
-/// Nights in a row on one phone: the time, and the memory that is in use at the end. Without a
-/// trace, the memory is the same for every number of nights.
+/// The time of several nights on one phone, and the memory in use at the end. Without a trace, the
+/// memory does not depend on the number of nights.
 #include "bench/default_night.h"
 #include "night/trace.h"
 #include "phones/simulated/simulated_phone.h"
@@ -33,7 +33,7 @@ void playNights(benchmark::State& state, bool withTrace) {
         bytes = bytesInUse() - before;
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
-    // The events of the scenario are in memory, too.
+    // The phone has a copy of the events, which is not what is measured.
     bytes -= static_cast<double>(scenario.events.size() * sizeof(scenario.events[0]));
     state.counters["KiB"] = bytes / 1024;
 }

@@ -1,4 +1,4 @@
-/// A default night beside the event loops of general simulators, which sleep as often and do
+/// Compares a default night with the event loops of general simulators. They sleep as often and do
 /// nothing else.
 #include "bench/default_night.h"
 #include "bench/peers/peers.h"
@@ -32,7 +32,7 @@ std::int64_t sleepsOfANight() {
 
 /// The items are the sleeps.
 template <typename Play>
-void besides(benchmark::State& state, Play play) {
+void measure(benchmark::State& state, Play play) {
     const std::int64_t sleeps = sleepsOfANight();
     for (auto _ : state)
         play(sleeps);
@@ -40,7 +40,7 @@ void besides(benchmark::State& state, Play play) {
 }
 
 void wholeNight(benchmark::State& state) {
-    besides(state, [scenario = defaultNight()](std::int64_t) {
+    measure(state, [scenario = defaultNight()](std::int64_t) {
         SimulatedPhone phone(scenario);
         phone.launch();
         phone.playToTheEnd();
@@ -49,12 +49,12 @@ void wholeNight(benchmark::State& state) {
 BENCHMARK(wholeNight)->Name("peers/night")->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void bareEventsOfNs3(benchmark::State& state) {
-    besides(state, runEventsOfNs3);
+    measure(state, runEventsOfNs3);
 }
 BENCHMARK(bareEventsOfNs3)->Name("peers/ns3")->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void bareSleepsOfSimGrid(benchmark::State& state) {
-    besides(state, runSleepsOfSimGrid);
+    measure(state, runSleepsOfSimGrid);
 }
 BENCHMARK(bareSleepsOfSimGrid)->Name("peers/simgrid")->Unit(benchmark::kMillisecond)->UseRealTime();
 

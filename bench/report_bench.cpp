@@ -37,7 +37,7 @@ std::string pageOf(const Scenario& scenario) {
     return page.str();
 }
 
-/// The argument is the number of nights in a row.
+/// The argument of the benchmark is the number of nights.
 void writeReports(benchmark::State& state) {
     const Scenario scenario = nightsInARow(static_cast<int>(state.range(0)));
     std::size_t size = 0;

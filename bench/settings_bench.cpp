@@ -1,5 +1,5 @@
-/// A reload of the settings from a real file beside plain reads of the same file by libplist and,
-/// with the peers, by GNUstep.
+/// Compares a reload of the settings from a real file with plain reads of the same file by libplist
+/// and, if NOCTARA_PEERS is on, by GNUstep.
 #ifdef NOCTARA_PEERS
 #include "bench/peers/peers.h"
 #endif

@@ -40,45 +40,36 @@ void printCounts(const SoakCounts& counts, std::ostream& out) {
     table(excuseSentences(), counts.excuses);
 }
 
-void print(const Breach& breach, std::ostream& out) {
-    fmt::print(out, "It breaks this invariant:\n    {}\n    {}.\n", breach.invariant, breach.what);
-}
-
-void save(const FailingNight& night, const std::filesystem::path& place, std::ostream& out) {
+void save(const std::string& scenario, const std::filesystem::path& place, std::ostream& out) {
     OutputFile file("--save", place, {});
-    file.stream() << night.scenario;
+    file.stream() << scenario;
     if (!file.keep())
         throw BadInput(fmt::format("--save: {} cannot be written; give another file",
                                    inQuotes(place.string())));
     fmt::print(out, "The shortest scenario that breaks it is in {}.\n", shownName(place));
 }
 
-int checkScenario(const SoakOptions& options, std::ostream& out) {
-    const std::string name = shownName(*options.scenario);
-    const Scenario scenario = readScenario(*options.scenario);
+/// Plays the night and prints how it fails. Writes the shortest scenario that fails like it to
+/// `place`, if there is one. False if the night does not fail.
+bool reportFailure(const Scenario& scenario, const std::string& name,
+                   const std::optional<std::filesystem::path>& place, std::ostream& out) {
     const auto breach = playApart(scenario);
-    if (!breach) {
-        out << "Every invariant holds in " << name << ".\n";
-        return 0;
-    }
-    out << name << " fails. ";
-    print(*breach, out);
-    if (options.save)
-        save(*shortestFailure(scenario, name), *options.save, out);
-    return foundWrong;
+    if (!breach)
+        return false;
+    fmt::print(out, "{} fails. It breaks this invariant:\n    {}\n    {}.\n", name,
+               breach->invariant, breach->what);
+    out << std::flush;
+    if (place)
+        save(shortestFailure(scenario, *breach, name), *place, out);
+    return true;
 }
 
-/// A night that failed in a run of several.
-int reportNight(std::uint64_t seed, const SoakOptions& options, std::ostream& out) {
-    fmt::print(out, "The night of seed {} fails. ", seed);
-    out << std::flush;
-    const std::string name = fmt::format("Random night of seed {}", seed);
-    const auto shortest = shortestFailure(randomNight(seed), name);
-    if (!shortest)
-        throw std::runtime_error(name + " does not fail when it is played again");
-    print(shortest->breach, out);
-    save(*shortest, options.save.value_or(fmt::format("noctara-soak-{}.toml", seed)), out);
-    return foundWrong;
+int checkScenario(const SoakOptions& options, std::ostream& out) {
+    const std::string name = shownName(*options.scenario);
+    if (reportFailure(readScenario(*options.scenario), name, options.save, out))
+        return foundWrong;
+    out << "Every invariant holds in " << name << ".\n";
+    return 0;
 }
 
 } // namespace
@@ -101,8 +92,14 @@ int soakNights(const SoakOptions& options, std::ostream& out) {
             },
             [&](std::uint64_t played) { line.show(played, elapsed()); });
     }
-    if (result.failed)
-        return reportNight(*result.failed, options, out);
+    if (result.failed) {
+        const std::uint64_t seed = *result.failed;
+        const std::string name = fmt::format("The night of seed {}", seed);
+        const auto place = options.save.value_or(fmt::format("noctara-soak-{}.toml", seed));
+        if (!reportFailure(randomNight(seed), name, place, out))
+            throw std::runtime_error(name + " does not fail when it is played again");
+        return foundWrong;
+    }
     const SoakCounts& counts = result.counts;
     fmt::print(out,
                "{} random nights (seeds {} to {}): every invariant holds.\n"

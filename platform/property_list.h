@@ -128,7 +128,7 @@ private:
 };
 
 struct DictionaryEntry {
-    // Two functions, because a value that is taken as a copy and then moved is moved twice.
+    // Overloads, because a parameter by value would cost a second move.
     DictionaryEntry(std::string_view name, PropertyList&& content) :
         key(name), value(std::move(content)) {}
     DictionaryEntry(std::string_view name, const PropertyList& content) :

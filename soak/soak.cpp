@@ -130,27 +130,24 @@ SoakResult soak(const SoakPlan& plan, const NightPlayer& play,
     return result;
 }
 
-std::optional<FailingNight> shortestFailure(const Scenario& scenario, const std::string& name) {
-    const auto failure = playApart(scenario);
-    if (!failure)
-        return std::nullopt;
-
+std::string shortestFailure(const Scenario& scenario, const Breach& breach,
+                            const std::string& name) {
     // What is kept is the file, so it is the file that has to fail.
     const auto playAsFile = [&](const Scenario& candidate) {
         return playApart(parseScenario(scenarioText(candidate), name));
     };
     const Scenario shortest = shrink(scenario, [&](const Scenario& candidate) {
         try {
-            const auto breach = playAsFile(candidate);
-            return breach && breach->invariant == failure->invariant;
+            const auto found = playAsFile(candidate);
+            return found && found->invariant == breach.invariant;
         } catch (const BadInput&) {
             return false;
         }
     });
-    const auto breach = playAsFile(shortest);
-    if (!breach)
+    const auto found = playAsFile(shortest);
+    if (!found)
         throw std::runtime_error(name + " fails, but not when it is written to a file");
-    return FailingNight{*breach, scenarioText(shortest, commentOn(*breach, shortest, name))};
+    return scenarioText(shortest, commentOn(*found, shortest, name));
 }
 
 } // namespace noctara

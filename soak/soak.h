@@ -36,14 +36,10 @@ using NightPlayer = std::function<std::optional<Breach>(std::uint64_t seed, Soak
 SoakResult soak(const SoakPlan& plan, const NightPlayer& play,
                 const std::function<void(std::uint64_t)>& progress);
 
-/// A night that fails, as a scenario file.
-struct FailingNight {
-    Breach breach;
-    std::string scenario; ///< The text of the file, which has a comment on the breach.
-};
-
-/// Plays the scenario and, if it fails, shortens it as long as the same invariant fails. `name` is
-/// its name in messages and in the comment. Absent if it does not fail.
-std::optional<FailingNight> shortestFailure(const Scenario& scenario, const std::string& name);
+/// Shortens the scenario as long as the same invariant fails as in `breach`. Returns the text of a
+/// scenario file, with a comment on how it fails. `name` is the name of the scenario in messages
+/// and in the comment.
+std::string shortestFailure(const Scenario& scenario, const Breach& breach,
+                            const std::string& name);
 
 } // namespace noctara

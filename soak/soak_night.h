@@ -13,7 +13,7 @@
 
 namespace noctara {
 
-/// Sums over several nights. The size is fixed, because processes share the object in memory.
+/// Totals of several nights. The size is fixed, because several processes share the object.
 struct SoakCounts {
     static constexpr std::size_t most = 32; ///< More than there are invariants or excuses.
 

@@ -141,18 +141,6 @@ void checkScalar(std::string& xml, std::string_view name, std::size_t begin) {
     }
 }
 
-bool isBlank(char character) {
-    return character == ' ' || character == '\t' || character == '\r' || character == '\n';
-}
-
-/// The name of a tag, with the slash of a closing tag.
-std::string_view nameOf(std::string_view tag) {
-    std::size_t end = 1;
-    while (end < tag.size() && tag[end] != '/' && !isBlank(tag[end]))
-        ++end;
-    return tag.substr(0, end);
-}
-
 /// The position after the first `closing` at or after `from`.
 std::size_t endOf(std::string_view text, std::string_view closing, std::size_t from) {
     const std::size_t found = text.find(closing, from);
@@ -189,7 +177,7 @@ std::string checkedXmlPropertyList(std::string_view bytes) {
         // libplist ignores ">" within quotation marks or brackets, so it would see other tags.
         if (std::ranges::count(tag, '"') % 2 != 0 || tag.find('[') != tag.npos)
             refuse("not a property list");
-        const std::string_view name = nameOf(tag);
+        const std::string_view name = tag.substr(0, tag.find_first_of(" \t\r\n/", 1));
         if ((name == "array" || name == "dict") && !tag.ends_with('/'))
             requireLevel(++levels);
         else if ((name == "/array" || name == "/dict") && levels > 0)

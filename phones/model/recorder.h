@@ -51,6 +51,7 @@ public:
     bool onMainThread = true; ///< Which of the two threads is running.
 
 private:
+    // Not inlined, so that calls without observers stay short.
     [[gnu::noinline]] void tell(Operation operation, std::span<const CallValue> arguments,
                                 const CallValue* result) const {
         for (auto* observer : observers)

@@ -1,6 +1,6 @@
 /// The rules of the monitor's main loop as tables. They were written without looking at the code of
-/// the loop. They share no code with soak/onlooker.cpp either, which states the same rules in
-/// another form. A mistake in one of the three shows as a difference.
+/// the loop. soak/onlooker.cpp states the same rules in another form, and shares no code with these
+/// tables. A mistake in one of the three shows as a difference.
 #pragma once
 
 #include "monitor/decisions.h"

@@ -57,7 +57,7 @@ const FileCall* findFileCall(long number) {
     return found == fileCalls.end() ? nullptr : &*found;
 }
 
-/// How many of them there are depends on the state of the heap, not on the work.
+/// The number of such calls depends on the state of the heap, not on the work.
 bool asksForMemory(const SystemCall& call) {
     constexpr std::array memoryCalls{SYS_brk,    SYS_mmap,     SYS_munmap,
                                      SYS_mremap, SYS_mprotect, SYS_madvise};

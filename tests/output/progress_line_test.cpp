@@ -1,4 +1,4 @@
-/// The progress bar of `noctara soak`, in a terminal and without one.
+/// The progress bar of `noctara soak`. It is shown on a terminal and not written to a file.
 #include "tests/a_terminal.h"
 
 #include <gmock/gmock.h>

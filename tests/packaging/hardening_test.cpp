@@ -1,5 +1,4 @@
-/// The command is built so that a fault in it ends it rather than lets a file take it over. A build
-/// with a sanitizer has the sanitizer's checks in the place of these.
+/// The command is built with the hardening options. A build with sanitizers does not use them.
 #include "tests/programs.h"
 
 #include <gmock/gmock.h>
@@ -22,25 +21,25 @@ protected:
     const std::string symbols = headersOfTheCommand("--dyn-syms");
 };
 
-TEST_F(TheBuiltCommand, is_loaded_at_an_address_that_nobody_can_foresee) {
+TEST_F(TheBuiltCommand, is_loaded_at_a_random_address) {
     EXPECT_THAT(headersOfTheCommand("--file-header"), HasSubstr("DYN (Position-Independent"));
 }
 
-TEST_F(TheBuiltCommand, has_its_table_of_functions_filled_at_the_start_and_read_only_then) {
+TEST_F(TheBuiltCommand, resolves_its_functions_at_the_start_and_makes_their_table_read_only) {
     EXPECT_THAT(segments, HasSubstr("GNU_RELRO"));
     EXPECT_THAT(dynamic, HasSubstr("BIND_NOW"));
 }
 
-TEST_F(TheBuiltCommand, cannot_run_what_is_on_its_stack) {
+TEST_F(TheBuiltCommand, has_a_stack_that_is_not_executable) {
     EXPECT_THAT(segments, ContainsRegex("GNU_STACK .* RW "));
 }
 
-TEST_F(TheBuiltCommand, has_no_memory_that_it_can_both_write_and_run) {
+TEST_F(TheBuiltCommand, has_no_memory_that_is_both_writable_and_executable) {
     EXPECT_THAT(segments, HasSubstr("LOAD"));
     EXPECT_THAT(segments, Not(HasSubstr(" RWE ")));
 }
 
-TEST_F(TheBuiltCommand, notices_a_stack_that_is_overwritten) {
+TEST_F(TheBuiltCommand, checks_its_stack) {
     EXPECT_THAT(symbols, HasSubstr("__stack_chk_fail@"));
 }
 

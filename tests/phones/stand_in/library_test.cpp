@@ -38,7 +38,7 @@ TEST(TheLibrary, exports_its_seven_entry_points_and_nothing_else) {
 }
 
 #ifndef NOCTARA_SANITIZED
-TEST(TheLibrary, ends_the_process_if_its_stack_is_overwritten_and_keeps_its_tables_read_only) {
+TEST(TheLibrary, is_built_with_the_hardening_options) {
     const auto headers = [](const std::string& options) {
         return run("LC_ALL=C readelf --wide " + options + " '" NOCTARA_LIBRARY "'").output;
     };
