@@ -55,11 +55,14 @@ bool NoctaraThread::checkState() {
     platform.clock->sleep(0);
     motion.stopAccelerometerUpdates();
 
-    debugLog("Noctara : angle / Z axis : %0.3f", angle);
-    debugLog("Noctara : vector length : %0.3f", length);
-    debugLog("Noctara : delta angle = %0.4f", std::abs(largest - smallest));
     const double tolerance = postureTolerance(sensitivity);
-    debugLog("Noctara : tolerance = %0.6f rad, %0.3f°", tolerance, tolerance * degreesPerRadian);
+    if (_DEBUG_) {
+        debugLog("Noctara : angle / Z axis : %0.3f", angle);
+        debugLog("Noctara : vector length : %0.3f", length);
+        debugLog("Noctara : delta angle = %0.4f", std::abs(largest - smallest));
+        debugLog("Noctara : tolerance = %0.6f rad, %0.3f°", tolerance,
+                 tolerance * degreesPerRadian);
+    }
     const bool lies = liesInPosture(angle, length, tolerance, screenDown);
     report([&] { return Reading{source, angle, length, tolerance, screenDown, lies}; });
     return lies;

@@ -60,13 +60,14 @@ bool NoctaraThread::isInTimeRange() {
 
 void NoctaraThread::awakeApp() {
     const Date wakeDate{platform.clock->now().secondsSince1970 + wakeDistance};
-    const auto list = platform.files->parse(wakeListPath);
-    if (!list.value) {
-        debugLog("Failed to read dict %s", list.error.c_str());
+    std::string error;
+    const auto list = platform.files->parse(wakeListPath, error);
+    if (!list) {
+        debugLog("Failed to read dict %s", error.c_str());
         return;
     }
 
-    const auto* dictionary = list.value->as<Dictionary>();
+    const auto* dictionary = list->as<Dictionary>();
     const auto* scheduled = dictionary ? dictionary->find("wake") : nullptr;
     if (const auto* wakes = scheduled ? scheduled->as<Array>() : nullptr)
         for (const auto& wake : *wakes)

@@ -3,16 +3,11 @@
 
 #include "platform/property_list.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 
 namespace noctara {
-
-/// The result of parsing a property list: a value, or the parser's error message.
-struct ParsedPropertyList {
-    std::optional<PropertyList> value;
-    std::string error; ///< Empty if and only if there is a value.
-};
 
 class Files {
 public:
@@ -30,7 +25,10 @@ public:
     virtual bool writeDictionary(const std::string& path, const Dictionary& dictionary) = 0;
 
     /// Reads and parses the whole file (`propertyListFromData:`), from the XML or the binary form.
-    virtual ParsedPropertyList parse(const std::string& path) = 0;
+    /// Null on failure; `error` is then the parser's message. The list does not change while the
+    /// caller holds it. It is shared, so that a phone can reuse its memory afterwards.
+    virtual std::shared_ptr<const PropertyList> parse(const std::string& path,
+                                                      std::string& error) = 0;
 };
 
 } // namespace noctara

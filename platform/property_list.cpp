@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace noctara {
 
@@ -65,6 +66,10 @@ const PropertyList* Dictionary::find(std::string_view key) const {
         if (entry.key == key)
             return &entry.value;
     return nullptr;
+}
+
+PropertyList* Dictionary::find(std::string_view key) {
+    return const_cast<PropertyList*>(std::as_const(*this).find(key));
 }
 
 void Dictionary::set(std::string_view key, PropertyList value) {

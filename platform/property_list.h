@@ -40,6 +40,7 @@ public:
 
     /// The value of `key`, or null. The pointer is valid until the dictionary changes.
     const PropertyList* find(std::string_view key) const;
+    PropertyList* find(std::string_view key);
 
     /// Replaces the value of `key` without moving it, or appends a new key.
     void set(std::string_view key, PropertyList value);

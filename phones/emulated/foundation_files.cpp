@@ -43,15 +43,16 @@ void addFiles(Process& process) {
     addMethods(serialization, true,
                {{"propertyListFromData:mutabilityOption:format:errorDescription:", [](Message& m) {
                      const auto* const read = dynamic_cast<DataObject*>(m.object(0));
+                     std::string error;
                      const auto parsed =
-                         m.process.phone.files.parse(read ? read->path : std::string());
-                     if (parsed.value) {
-                         Object* const value = objectOf(m, *parsed.value);
+                         m.process.phone.files.parse(read ? read->path : std::string(), error);
+                     if (parsed) {
+                         Object* const value = objectOf(m, *parsed);
                          return m.returnsAutoreleased(value);
                      }
                      // The caller releases the description.
-                     if (const Address error = m.word(3))
-                         m.store(error, m.make("NSString", StringObject(parsed.error)).address);
+                     if (const Address description = m.word(3))
+                         m.store(description, m.make("NSString", StringObject(error)).address);
                      m.returns(0);
                  }}});
 

@@ -1,7 +1,5 @@
 #include "phones/model/file_store.h"
 
-#include "phones/model/property_list_file.h"
-
 #include <fstream>
 #include <unordered_map>
 

@@ -1,7 +1,8 @@
 /// Stores the property-list files of the simulated phone, in memory or as real files.
 #pragma once
 
-#include "platform/files.h"
+#include "phones/model/property_list_file.h"
+#include "platform/property_list.h"
 
 #include <filesystem>
 #include <memory>

@@ -1,5 +1,6 @@
 #include "phones/model/files_model.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace noctara {
@@ -24,19 +25,38 @@ bool FilesModel::writeDictionary(const std::string& path, const Dictionary& dict
                            writeByOthers(path, dictionary));
 }
 
-ParsedPropertyList FilesModel::parse(const std::string& path) {
-    auto file = content(path);
+std::shared_ptr<const PropertyList> FilesModel::parse(const std::string& path, std::string& error) {
+    std::shared_ptr<const PropertyList> list;
+    auto* const systemFile = findSystemFile(path);
+    if (systemFile && !store->exists(path)) {
+        list = parsedAgain(*systemFile);
+    } else if (auto file = content(path); file.value) {
+        list = std::make_shared<const PropertyList>(std::move(*file.value));
+    } else {
+        error = file.error;
+    }
     recorder.answered(Operation::propertyListFromData, {path},
-                      file.value ? CallValue(&*file.value) : CallValue());
-    return file;
+                      list ? CallValue(list.get()) : CallValue());
+    return list;
+}
+
+/// The content of a system file that is not in the store. The monitor reads one in every cycle, so
+/// the last result is updated if nobody holds it any more.
+std::shared_ptr<const PropertyList> FilesModel::parsedAgain(SystemFile& file) {
+    if (file.parsed.use_count() != 1)
+        file.parsed = std::make_shared<PropertyList>(Dictionary());
+    file.update(*file.parsed->as<Dictionary>());
+    return file.parsed;
 }
 
 void FilesModel::keepUpToDate(const std::string& path, std::function<void(Dictionary&)> update) {
-    systemFiles[resolvedPath(path)] = std::move(update);
+    const std::string resolved = resolvedPath(path);
+    std::erase_if(systemFiles, [&](const auto& file) { return file.path == resolved; });
+    systemFiles.push_back({resolved, std::move(update), nullptr});
 }
 
 void FilesModel::bringUpToDate(const std::string& path) {
-    if (!systemFiles.contains(resolvedPath(path)))
+    if (!findSystemFile(resolvedPath(path)))
         return;
     const auto file = content(path);
     if (const auto* dictionary = file.value ? file.value->as<Dictionary>() : nullptr)
@@ -46,21 +66,20 @@ void FilesModel::bringUpToDate(const std::string& path) {
 void FilesModel::writeSystemFiles() {
     if (disk != DiskState::ok || !store->isVisible())
         return;
-    for (const auto& [path, update] : systemFiles)
-        bringUpToDate(path);
+    for (const auto& file : systemFiles)
+        bringUpToDate(file.path);
 }
 
 ParsedPropertyList FilesModel::content(const std::string& path) {
     if (path.starts_with(linkedFolder))
         return content(resolvedPath(path));
-    const auto systemFile = systemFiles.find(path);
-    const bool isSystemFile = systemFile != systemFiles.end();
-    ParsedPropertyList file = isSystemFile && !store->exists(path)
+    const auto* const systemFile = findSystemFile(path);
+    ParsedPropertyList file = systemFile && !store->exists(path)
                                   ? ParsedPropertyList{Dictionary(), {}}
                                   : store->read(path);
-    if (isSystemFile && file.value)
+    if (systemFile && file.value)
         if (auto* dictionary = file.value->as<Dictionary>())
-            systemFile->second(*dictionary);
+            systemFile->update(*dictionary);
     return file;
 }
 
@@ -68,9 +87,14 @@ bool FilesModel::writeByOthers(const std::string& path, const Dictionary& dictio
     return disk == DiskState::ok && store->write(resolvedPath(path), dictionary);
 }
 
-bool FilesModel::isThere(const std::string& path) const {
+bool FilesModel::isThere(const std::string& path) {
     const std::string resolved = resolvedPath(path);
-    return systemFiles.contains(resolved) || store->exists(resolved);
+    return findSystemFile(resolved) || store->exists(resolved);
+}
+
+FilesModel::SystemFile* FilesModel::findSystemFile(std::string_view path) {
+    const auto found = std::ranges::find(systemFiles, path, &SystemFile::path);
+    return found == systemFiles.end() ? nullptr : &*found;
 }
 
 } // namespace noctara

@@ -8,7 +8,9 @@
 #include "platform/files.h"
 
 #include <functional>
-#include <map>
+#include <memory>
+#include <string_view>
+#include <vector>
 
 namespace noctara {
 
@@ -19,7 +21,7 @@ public:
     bool exists(const std::string& path) override;
     std::optional<Dictionary> readDictionary(const std::string& path) override;
     bool writeDictionary(const std::string& path, const Dictionary& dictionary) override;
-    ParsedPropertyList parse(const std::string& path) override;
+    std::shared_ptr<const PropertyList> parse(const std::string& path, std::string& error) override;
 
     // The functions below are for the rest of the phone. They are not recorded, because only the
     // monitor's own calls are.
@@ -36,7 +38,7 @@ public:
     /// is full or read-only.
     void writeSystemFiles();
 
-    bool isThere(const std::string& path) const;
+    bool isThere(const std::string& path);
 
     /// The current content of a file.
     ParsedPropertyList content(const std::string& path);
@@ -50,9 +52,19 @@ public:
     DiskState disk = DiskState::ok;
 
 private:
+    struct SystemFile {
+        std::string path;
+        std::function<void(Dictionary&)> update;
+        std::shared_ptr<PropertyList> parsed; ///< The result of the last call of `parse`.
+    };
+
+    /// Null if the system does not update the file. The path is resolved.
+    SystemFile* findSystemFile(std::string_view path);
+    std::shared_ptr<const PropertyList> parsedAgain(SystemFile& file);
+
     std::unique_ptr<FileStore> store;
     const Recorder& recorder;
-    std::map<std::string, std::function<void(Dictionary&)>> systemFiles;
+    std::vector<SystemFile> systemFiles; ///< Few, so that a linear search is the fastest.
 };
 
 } // namespace noctara

@@ -13,6 +13,15 @@ constexpr double askAgainAfter = 10;
 constexpr double never = std::numeric_limits<double>::infinity();
 constexpr PowerConnection rootDomain = 0x1003;
 
+/// The time in an entry of the list of wake-ups. Null if the entry is not one of `identifier`, or
+/// has more than these two values.
+PropertyList* timeOfEntry(PropertyList& entry, const std::string& identifier) {
+    auto* values = entry.as<Dictionary>();
+    auto* scheduledBy = values && values->size() == 2 ? values->find("scheduledby") : nullptr;
+    auto* found = scheduledBy ? scheduledBy->as<std::string>() : nullptr;
+    return found && *found == identifier ? values->find("time") : nullptr;
+}
+
 } // namespace
 
 PowerModel::PowerModel(const Scenario& scenario, const VirtualClock& phoneClock,
@@ -88,16 +97,19 @@ void PowerModel::sendMessage(std::uint32_t type) {
 }
 
 void PowerModel::describeWakes(Dictionary& list) const {
-    Array entries;
-    entries.reserve(wakes.size());
-    for (const auto& wake : wakes) {
-        // An initializer list would be copied. This runs in every cycle of the monitor.
-        Dictionary entry;
-        entry.set("scheduledby", wake.scheduledBy);
-        entry.set("time", wake.at);
-        entries.emplace_back(std::move(entry));
+    auto* found = list.find("wake");
+    if (!found || !found->as<Array>()) {
+        list.set("wake", Array());
+        found = list.find("wake");
     }
-    list.set("wake", std::move(entries));
+    Array& entries = *found->as<Array>();
+    entries.resize(wakes.size(), Dictionary());
+    // This runs in every cycle of the monitor, and then most entries differ only in their time.
+    for (std::size_t i = 0; i < wakes.size(); ++i)
+        if (auto* time = timeOfEntry(entries[i], wakes[i].scheduledBy))
+            *time = wakes[i].at;
+        else
+            entries[i] = Dictionary{{"scheduledby", wakes[i].scheduledBy}, {"time", wakes[i].at}};
 }
 
 void PowerModel::plug(bool onCharger) {

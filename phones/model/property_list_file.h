@@ -9,13 +9,19 @@
 /// after `</plist>` is ignored.
 #pragma once
 
-#include "platform/files.h"
+#include "platform/property_list.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace noctara {
+
+struct ParsedPropertyList {
+    std::optional<PropertyList> value;
+    std::string error; ///< What is wrong, if there is no value.
+};
 
 ParsedPropertyList parsePropertyList(std::string_view bytes);
 

@@ -48,15 +48,17 @@ public:
         return answers.yes(Operation::writeToFileAtomically, {path, &dictionary});
     }
 
-    ParsedPropertyList parse(const std::string& path) override {
+    std::shared_ptr<const PropertyList> parse(const std::string& path,
+                                              std::string& error) override {
         const Json value = answers.json(Operation::propertyListFromData, {path});
         if (!value.is_null())
-            return {propertyListOf(value), {}};
+            return std::make_shared<const PropertyList>(propertyListOf(value));
         // The trace does not have the parser's error message, but the next log line does if debug
         // is on.
         constexpr std::string_view failure = "Failed to read dict ";
         const auto logged = answers.player.nextLogLine().value_or("");
-        return {{}, logged.starts_with(failure) ? logged.substr(failure.size()) : "unreadable"};
+        error = logged.starts_with(failure) ? logged.substr(failure.size()) : "unreadable";
+        return nullptr;
     }
 };
 

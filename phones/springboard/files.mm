@@ -29,22 +29,23 @@ public:
         }
     }
 
-    ParsedPropertyList parse(const std::string& path) override {
+    std::shared_ptr<const PropertyList> parse(const std::string& path,
+                                              std::string& error) override {
         @autoreleasepool {
             NSData* data = [NSData dataWithContentsOfFile:stringOf(path)];
-            NSString* error = nil;
+            NSString* description = nil;
             id value = [NSPropertyListSerialization propertyListFromData:data
                                                         mutabilityOption:NSPropertyListImmutable
                                                                   format:NULL
-                                                        errorDescription:&error];
-            if (value && !error)
-                return {valueOf(value), {}};
-            const std::string reason = error ? textOf([error description]) : "(null)";
+                                                        errorDescription:&description];
+            if (value && !description)
+                return std::make_shared<const PropertyList>(valueOf(value));
+            error = description ? textOf([description description]) : "(null)";
 #ifdef __APPLE__
             // Apple's Foundation returns a description that the caller has to release.
-            [error release];
+            [description release];
 #endif
-            return {{}, reason};
+            return nullptr;
         }
     }
 };

@@ -58,9 +58,10 @@ public:
         const PhoneAtWork phone;
         return files.writeDictionary(path, dictionary);
     }
-    ParsedPropertyList parse(const std::string& path) override {
+    std::shared_ptr<const PropertyList> parse(const std::string& path,
+                                              std::string& error) override {
         const PhoneAtWork phone;
-        return files.parse(path);
+        return files.parse(path, error);
     }
 
 private:

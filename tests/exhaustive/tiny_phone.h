@@ -148,7 +148,10 @@ public:
         return Dictionary{{"AirplaneMode", airplaneMode}};
     }
     bool writeDictionary(const std::string&, const Dictionary&) override { return false; }
-    ParsedPropertyList parse(const std::string&) override { return {Dictionary{}, {}}; }
+    std::shared_ptr<const PropertyList> parse(const std::string&, std::string&) override {
+        static const auto empty = std::make_shared<const PropertyList>(Dictionary());
+        return empty;
+    }
 
     int registerOnMainQueue(const char*, std::function<void()> handler) override {
         settingsChanged = std::move(handler);

@@ -84,7 +84,10 @@ public:
         ++writes;
         return true;
     }
-    ParsedPropertyList parse(const std::string&) override { return list; }
+    std::shared_ptr<const PropertyList> parse(const std::string&, std::string& error) override {
+        error = list.error;
+        return list.value ? std::make_shared<const PropertyList>(*list.value) : nullptr;
+    }
 
     int writes = 0;
 

@@ -226,9 +226,9 @@ public:
         settingsFile = written;
         return true;
     }
-    ParsedPropertyList parse(const std::string&) override {
+    std::shared_ptr<const PropertyList> parse(const std::string&, std::string&) override {
         const Lock lock(mutex);
-        return {Dictionary{{"wake", wakes}}, {}};
+        return std::make_shared<const PropertyList>(Dictionary{{"wake", wakes}});
     }
 
     int registerOnMainQueue(const char*, std::function<void()> onNotification) override {

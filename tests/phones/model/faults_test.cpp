@@ -75,14 +75,16 @@ TEST_P(EitherFileStore, reads_what_was_written) {
     switchOnWithStore();
     EXPECT_FALSE(files().exists(path));
     EXPECT_EQ(files().readDictionary(path), std::nullopt);
-    EXPECT_FALSE(files().parse(path).value);
-    EXPECT_NE(files().parse(path).error, "");
+    std::string error;
+    EXPECT_FALSE(files().parse(path, error));
+    EXPECT_NE(error, "");
 
     EXPECT_TRUE(files().writeDictionary(path, someOfEverything));
     EXPECT_TRUE(files().exists(path));
     EXPECT_EQ(files().readDictionary(path), someOfEverything);
-    EXPECT_EQ(files().parse(path).value, PropertyList(someOfEverything));
-    EXPECT_EQ(files().parse(path).error, "");
+    error.clear();
+    EXPECT_EQ(*files().parse(path, error), PropertyList(someOfEverything));
+    EXPECT_EQ(error, "");
 }
 
 TEST_P(EitherFileStore, finds_a_file_under_both_names_of_its_folder) {
@@ -112,7 +114,9 @@ TEST_P(EitherFileStore, can_have_its_settings_file_damaged_and_taken_away) {
     phone().happens(SettingsFileChange{SettingsFileFault::damaged});
     EXPECT_TRUE(files().exists(path));
     EXPECT_EQ(files().readDictionary(path), std::nullopt);
-    EXPECT_NE(files().parse(path).error, "");
+    std::string error;
+    EXPECT_FALSE(files().parse(path, error));
+    EXPECT_NE(error, "");
 
     phone().happens(SettingsFileChange{SettingsFileFault::missing});
     EXPECT_FALSE(files().exists(path));

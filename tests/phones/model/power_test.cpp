@@ -26,6 +26,17 @@ const char* messageName(std::int64_t type) {
     }
 }
 
+const std::string wakeListPath =
+    "/private/var/preferences/SystemConfiguration/com.apple.AutoWake.plist";
+
+/// The list of wake-ups, which are given as identifier and time.
+PropertyList wakeList(const std::vector<std::pair<const char*, double>>& wakes) {
+    Array entries;
+    for (const auto& [identifier, at] : wakes)
+        entries.push_back(Dictionary{{"scheduledby", identifier}, {"time", Date{at}}});
+    return Dictionary{{"wake", entries}};
+}
+
 /// A phone that goes to sleep after 60 idle seconds, and a listener that allows or refuses it.
 /// SpringBoard is launched only by tests that need it.
 class TheSimulatedPower : public ANight {
@@ -319,17 +330,58 @@ TEST_F(TheSimulatedPower, takes_a_wake_up_back_by_the_whole_seconds_that_a_file_
 }
 
 TEST_F(TheSimulatedPower, lists_its_wake_ups_in_the_systems_file) {
-    const std::string path =
-        "/private/var/preferences/SystemConfiguration/com.apple.AutoWake.plist";
     scenario.wakes = {{"com.apple.alarm", {start + 700}}};
     switchOn();
     power().schedule({start + 900.25}, "com.quorbit.Noctara");
     EXPECT_EQ(
-        phone().files.content(path).value,
-        PropertyList(Dictionary{{"wake", Array{Dictionary{{"scheduledby", "com.apple.alarm"},
-                                                          {"time", Date{start + 700}}},
-                                               Dictionary{{"scheduledby", "com.quorbit.Noctara"},
-                                                          {"time", Date{start + 900.25}}}}}}));
+        phone().files.content(wakeListPath).value,
+        wakeList({{"com.apple.alarm", start + 700}, {"com.quorbit.Noctara", start + 900.25}}));
+}
+
+TEST_F(TheSimulatedPower, leaves_a_list_as_it_is_while_it_is_held) {
+    switchOn();
+    Files& files = *phone().platform().files;
+    std::string error;
+    power().schedule({start + 900}, "com.quorbit.Noctara");
+    const auto held = files.parse(wakeListPath, error);
+    const PropertyList before = *held;
+    power().cancel({start + 900}, "com.quorbit.Noctara");
+    power().schedule({start + 906}, "com.quorbit.Noctara");
+    EXPECT_EQ(*files.parse(wakeListPath, error), wakeList({{"com.quorbit.Noctara", start + 906}}));
+    EXPECT_EQ(*held, before);
+}
+
+TEST_F(TheSimulatedPower, lists_each_change_of_its_wake_ups) {
+    switchOn();
+    Files& files = *phone().platform().files;
+    std::string error;
+    EXPECT_EQ(*files.parse(wakeListPath, error), wakeList({}));
+    power().schedule({start + 900}, "a");
+    power().schedule({start + 800}, "b");
+    EXPECT_EQ(*files.parse(wakeListPath, error),
+              wakeList({{"a", start + 900}, {"b", start + 800}}));
+    power().cancel({start + 900}, "a");
+    power().schedule({start + 950}, "a");
+    EXPECT_EQ(*files.parse(wakeListPath, error),
+              wakeList({{"b", start + 800}, {"a", start + 950}}));
+    power().cancel({start + 800}, "b");
+    EXPECT_EQ(*files.parse(wakeListPath, error), wakeList({{"a", start + 950}}));
+}
+
+TEST_F(TheSimulatedPower, replaces_what_is_in_a_stored_list) {
+    switchOn();
+    const Dictionary more{{"scheduledby", "a"}, {"time", 1}, {"more", 2}};
+    for (const PropertyList& stored :
+         {PropertyList(3), PropertyList(Array{more, 4}),
+          PropertyList(Array{Dictionary{{"scheduledby", "a"}, {"other", 1}}})}) {
+        phone().files.writeByOthers(wakeListPath, {{"kept", 1}, {"wake", stored}});
+        power().cancel({start + 900}, "a");
+        power().schedule({start + 900}, "a");
+        auto expected = *wakeList({{"a", start + 900}}).as<Dictionary>();
+        std::string error;
+        EXPECT_EQ(*phone().platform().files->parse(wakeListPath, error),
+                  PropertyList(Dictionary{{"kept", 1}, {"wake", *expected.find("wake")}}));
+    }
 }
 
 TEST_F(TheSimulatedPower, wakes_by_the_wall_clock) {

@@ -238,9 +238,9 @@ TEST_F(ThePhonesFunctions, give_a_reason_why_a_property_list_cannot_be_read) {
     std::ofstream(empty).flush();
     std::ofstream(damaged) << "<plist><dict><key>wake";
     for (const auto& path : {missing, empty, damaged}) {
-        const auto list = platform.files->parse(path);
-        EXPECT_FALSE(list.value) << path;
-        EXPECT_NE(list.error, "") << path;
+        std::string error;
+        EXPECT_FALSE(platform.files->parse(path, error)) << path;
+        EXPECT_NE(error, "") << path;
         EXPECT_EQ(platform.files->readDictionary(path), std::nullopt);
     }
 }
