@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <map>
+#include <set>
 
 namespace noctara {
 
@@ -477,15 +478,28 @@ const std::string ownIdentifier = "com.quorbit.Noctara";
 class OthersKeepTheirWakeUps final : public Invariant {
 public:
     static constexpr Text rule = "Only wake-ups of the monitor are scheduled and cancelled.";
-    using Invariant::Invariant;
+    OthersKeepTheirWakeUps(WatchedNight& watched, std::string_view text) :
+        Invariant(watched, text) {
+        for (const auto& wake : night.scenario.wakes)
+            if (wake.scheduledBy == ownIdentifier)
+                own.insert(wake.at.secondsSince1970);
+    }
 
     void called(const Call& call) override {
-        if (call.operation == Operation::CPCancelWakeAtDateWithIdentifier ||
-            call.operation == Operation::CPScheduleWakeAtDateWithIdentifier)
-            check(text(call, 1) == ownIdentifier, "a wake-up of {} is {}", text(call, 1),
-                  call.operation == Operation::CPCancelWakeAtDateWithIdentifier ? "cancelled"
-                                                                                : "scheduled");
+        const bool cancels = call.operation == Operation::CPCancelWakeAtDateWithIdentifier;
+        if (!cancels && call.operation != Operation::CPScheduleWakeAtDateWithIdentifier)
+            return;
+        check(text(call, 1) == ownIdentifier, "a wake-up of {} is {}", text(call, 1),
+              cancels ? "cancelled" : "scheduled");
+        const double at = std::get<double>(call.arguments[0]);
+        if (cancels)
+            check(own.contains(at), "a wake-up at the time of another program's is cancelled");
+        else
+            own.insert(at);
     }
+
+private:
+    std::set<double> own; ///< The times of the monitor's wake-ups, also of earlier ones.
 };
 
 class OneWakeUp final : public Invariant {
