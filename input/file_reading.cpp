@@ -12,7 +12,7 @@
 
 namespace noctara {
 
-std::string readFile(const std::filesystem::path& file, std::size_t mostMebibytes) {
+std::string readFile(const std::filesystem::path& file, std::size_t mostMebibytes, Pipes pipes) {
     const std::size_t mostBytes = mostMebibytes << 20;
     const auto refuseSize = [&] {
         throw UnreadableFile("larger than " + std::to_string(mostMebibytes) + " MiB");
@@ -21,6 +21,8 @@ std::string readFile(const std::filesystem::path& file, std::size_t mostMebibyte
     if (::stat(file.c_str(), &status) == 0) {
         if (S_ISDIR(status.st_mode))
             throw UnreadableFile("a folder, not a file");
+        if (S_ISFIFO(status.st_mode) && pipes == Pipes::refused)
+            throw UnreadableFile("not a regular file");
         // The monitor reads the list of wake-ups every few seconds: a huge file is refused unread.
         if (S_ISREG(status.st_mode) && static_cast<std::uintmax_t>(status.st_size) > mostBytes)
             refuseSize();

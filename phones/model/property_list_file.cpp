@@ -13,7 +13,6 @@
 #include <cstdlib>
 #include <memory>
 #include <optional>
-#include <system_error>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -333,11 +332,7 @@ ParsedPropertyList parsePropertyList(std::string_view bytes) {
 
 ParsedPropertyList readPropertyListFile(const std::filesystem::path& file) {
     try {
-        // Opening a named pipe would wait for a writer.
-        std::error_code ignored;
-        if (std::filesystem::is_fifo(file, ignored))
-            return {std::nullopt, "not a regular file"};
-        return parsePropertyList(readFile(file, maximumBytes >> 20));
+        return parsePropertyList(readFile(file, maximumBytes >> 20, Pipes::refused));
     } catch (const UnreadableFile& error) {
         return {std::nullopt, error.what()};
     }
