@@ -73,12 +73,14 @@ void PhoneModel::advance(double to) {
 }
 
 bool PhoneModel::moveToWakeUp(double wakeUpAt, double limit) {
-    while (power.isAsleep() || clock.monotonic < wakeUpAt) {
-        const double next = power.isAsleep() ? nextDue() : wakeUpAt;
-        if (next >= limit)
+    for (double due = nextDue(); power.isAsleep() || due <= wakeUpAt; due = nextDue()) {
+        if (due >= limit)
             return false;
-        advance(next);
+        advance(due);
     }
+    if (wakeUpAt >= limit)
+        return false;
+    clock.monotonic = std::max(clock.monotonic, wakeUpAt);
     return true;
 }
 

@@ -30,8 +30,9 @@ PowerModel::PowerModel(const Scenario& scenario, const VirtualClock& phoneClock,
     recorder(calls),
     onAC(scenario.phone.charger),
     idleSleep(static_cast<double>(scenario.phone.idleSleep)),
-    nextAsk(scenario.start.secondsSince1970 + idleSleep),
-    wakes(scenario.wakes) {}
+    wakes(scenario.wakes) {
+    noteActivity();
+}
 
 PowerConnection PowerModel::registerForSystemPower(PowerCallback callback,
                                                    NotificationPortRef& port) {
@@ -103,8 +104,9 @@ void PowerModel::describeWakes(Dictionary& list) const {
         found = list.find("wake");
     }
     Array& entries = *found->as<Array>();
-    entries.resize(wakes.size(), Dictionary());
     // This runs in every cycle of the monitor, and then most entries differ only in their time.
+    if (entries.size() != wakes.size())
+        entries.assign(wakes.size(), Dictionary());
     for (std::size_t i = 0; i < wakes.size(); ++i)
         if (auto* time = timeOfEntry(entries[i], wakes[i].scheduledBy))
             *time = wakes[i].at;
@@ -118,7 +120,7 @@ void PowerModel::plug(bool onCharger) {
 }
 
 void PowerModel::noteActivity() {
-    nextAsk = clock.monotonic + idleSleep;
+    nextAsk = onAC || idleSleep == 0 ? never : clock.monotonic + idleSleep;
 }
 
 void PowerModel::wake() {
@@ -130,7 +132,7 @@ void PowerModel::wake() {
 }
 
 double PowerModel::nextDue() const {
-    double due = asleep || onAC || idleSleep == 0 ? never : nextAsk;
+    double due = asleep ? never : nextAsk;
     for (const auto& wake : wakes)
         due = std::min(due, clock.monotonicAt(wake.at));
     return due;

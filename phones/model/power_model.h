@@ -62,8 +62,8 @@ private:
     const Recorder& recorder;
 
     bool onAC;
-    double idleSleep; ///< Seconds; 0: never.
-    double nextAsk;   ///< By the monotonic clock.
+    double idleSleep;   ///< Seconds; 0: never.
+    double nextAsk = 0; ///< By the monotonic clock. Infinity if the phone does not ask.
     bool asleep = false;
     std::vector<Scenario::Wake> wakes;
 
