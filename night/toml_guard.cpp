@@ -52,9 +52,10 @@ private:
     [[noreturn]] void refuse(const std::string& what) const {
         const std::string_view before = text.substr(0, at);
         const std::size_t lineBegin = before.rfind('\n') + 1; // 0 if there is none.
-        const auto line = std::ranges::count(before, '\n') + 1;
+        const auto line = std::count(before.begin(), before.end(), '\n') + 1;
         const auto isFirstByte = [](char c) { return (c & 0xC0) != 0x80; };
-        const auto column = std::ranges::count_if(before.substr(lineBegin), isFirstByte) + 1;
+        const std::string_view begin = before.substr(lineBegin);
+        const auto column = std::count_if(begin.begin(), begin.end(), isFirstByte) + 1;
         throw BadInput(file + ":" + std::to_string(line) + ":" + std::to_string(column) + ": " +
                        what);
     }

@@ -2,6 +2,7 @@
 
 #include <absl/time/time.h>
 #include <csv.h>
+#include <fast_float/fast_float.h>
 
 #include <algorithm>
 #include <array>
@@ -104,7 +105,7 @@ std::optional<double> parseNumber(std::string_view text) {
         text = {buffer.data(), text.size()};
     }
     double value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    const auto [end, error] = fast_float::from_chars(text.data(), text.data() + text.size(), value);
     if (error != std::errc{} || end != text.data() + text.size() || !std::isfinite(value))
         return std::nullopt;
     return value;

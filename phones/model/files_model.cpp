@@ -93,7 +93,8 @@ bool FilesModel::isThere(const std::string& path) {
 }
 
 FilesModel::SystemFile* FilesModel::findSystemFile(std::string_view path) {
-    const auto found = std::ranges::find(systemFiles, path, &SystemFile::path);
+    const auto found = std::find_if(systemFiles.begin(), systemFiles.end(),
+                                    [&](const auto& file) { return file.path == path; });
     return found == systemFiles.end() ? nullptr : &*found;
 }
 

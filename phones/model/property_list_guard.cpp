@@ -6,6 +6,8 @@
 #include <charconv>
 #include <cstdint>
 
+#include <fast_float/fast_float.h>
+
 namespace noctara {
 
 namespace {
@@ -100,7 +102,7 @@ bool isReal(std::string_view text) {
         text.remove_prefix(1);
     double value = 0;
     const char* end = text.data() + text.size();
-    const auto parsed = std::from_chars(text.data(), end, value);
+    const auto parsed = fast_float::from_chars(text.data(), end, value);
     return parsed.ec != std::errc::invalid_argument && parsed.ptr == end;
 }
 
@@ -175,7 +177,7 @@ std::string checkedXmlPropertyList(std::string_view bytes) {
         end = endOf(xml, rest.starts_with("<?") ? "?>" : ">", at);
         const std::string_view tag = rest.substr(1, end - at - 2);
         // libplist ignores ">" within quotation marks or brackets, so it would see other tags.
-        if (std::ranges::count(tag, '"') % 2 != 0 || tag.find('[') != tag.npos)
+        if (std::count(tag.begin(), tag.end(), '"') % 2 != 0 || tag.find('[') != tag.npos)
             refuse("not a property list");
         const std::string_view name = tag.substr(0, tag.find_first_of(" \t\r\n/", 1));
         if ((name == "array" || name == "dict") && !tag.ends_with('/'))

@@ -1,10 +1,8 @@
 /// A coroutine on its own thread. It never runs at the same time as the thread that resumes it.
 #pragma once
 
-#include <exception>
 #include <functional>
-#include <semaphore>
-#include <thread>
+#include <memory>
 
 namespace noctara {
 
@@ -27,20 +25,11 @@ public:
     /// Throws, to unwind the body, if the object is being destroyed.
     void park();
 
-    bool ended() const { return hasEnded; }
+    bool ended() const;
 
 private:
-    struct Unwinding {};
-
-    void run();
-
-    std::function<void()> body;
-    std::binary_semaphore bodyMayRun{0};
-    std::binary_semaphore callerMayRun{0};
-    bool unwinding = false;
-    bool hasEnded = false;
-    std::exception_ptr escaped;
-    std::thread thread;
+    class Stack;
+    std::unique_ptr<Stack> stack;
 };
 
 } // namespace noctara
