@@ -52,7 +52,8 @@ Json json(const Dictionary& dictionary) {
 /// Tells a dictionary with one of these keys alone from a value that is written as an object.
 Json jsonOfValue(const Dictionary& dictionary) {
     constexpr std::array<std::string_view, 4> names{"date", "data", "real", "dictionary"};
-    if (dictionary.size() == 1 && std::count(names.begin(), names.end(), dictionary.begin()->key) != 0)
+    if (dictionary.size() == 1 &&
+        std::count(names.begin(), names.end(), dictionary.begin()->key) != 0)
         return Json{{"dictionary", json(dictionary)}};
     return json(dictionary);
 }
