@@ -65,20 +65,23 @@ void RecordingSurvey::add(const RawReading& reading) {
     const Acceleration& a = reading.acceleration;
     lengths.push_back(static_cast<float>(std::sqrt(a.x * a.x + a.y * a.y + a.z * a.z)));
     if (readings++ == 0) {
-        first = reading.time;
+        first = firstAfterSetBack = reading.time;
     } else if (reading.afterSetBack) {
-        ++setBacks;
+        beforeSetBacks.push_back(latest - firstAfterSetBack);
+        firstAfterSetBack = reading.time;
     } else if (reading.time > latest) {
-        forward += reading.time - latest;
         steps.push_back(static_cast<float>(reading.time - latest));
     }
     latest = reading.time;
 }
 
 double RecordingSurvey::span() const {
-    if (setBacks == 0)
-        return latest - first;
-    return forward + static_cast<double>(setBacks) * medianStep();
+    // Summed in the order of the conversion, so that both are equal to the last bit.
+    const double step = medianStep();
+    double before = 0;
+    for (const double duration : beforeSetBacks)
+        before += duration + step;
+    return before + (latest - firstAfterSetBack);
 }
 
 double RecordingSurvey::medianStep() const {

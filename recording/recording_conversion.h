@@ -33,8 +33,8 @@ private:
     std::size_t readings = 0;
     double first = 0;
     double latest = 0;
-    double forward = 0; ///< The sum of the steps.
-    std::size_t setBacks = 0;
+    double firstAfterSetBack = 0;
+    std::vector<double> beforeSetBacks; ///< From a set-back, or the first reading, to the next one.
     // Floats, because a recording has millions of readings and these only tell the units.
     std::vector<float> steps;
     std::vector<float> lengths;

@@ -166,6 +166,15 @@ TEST_F(ARecording, keeps_what_follows_after_the_clock_was_set_back) {
                                             "follow one step after those before it"));
 }
 
+TEST_F(ARecording, whose_clock_was_set_back_lasts_exactly_until_its_last_sample) {
+    std::ofstream(path) << "time,x,y,z\n100,0,0,-1\n0.05,0,0,-1\n0.55,0,0,-1\n0.60,0,0,-1\n"
+                           "1.75,0,0,-1\n";
+    RecordingFile file(path, {}, complaints);
+    double last = 0;
+    file.forEachSample([&](const Recording::Sample& sample) { last = sample.seconds; });
+    EXPECT_EQ(file.summary().lastSeconds, last);
+}
+
 TEST_F(ARecording, keeps_the_steps_after_a_time_that_is_much_larger) {
     const Recording recording = read("time (s),x,y,z\n1669000000010000000,0,0,-1\n0.90,0,0,-1\n"
                                      "0.95,0,0,-1\n1.00,0,0,-1\n");
