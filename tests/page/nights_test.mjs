@@ -1,28 +1,24 @@
 /// The nights of the page's program beside those of the command.
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
-import { mkdtempSync, readdirSync, readFileSync, rmSync, writeFileSync } from "node:fs";
-import { tmpdir } from "node:os";
+import { readdirSync, readFileSync, writeFileSync } from "node:fs";
 import { join } from "node:path";
 import { test } from "node:test";
 
+import { command, folder, reportData } from "./command.mjs";
 import { noctara, root } from "./program.mjs";
 
-const command = join(root, "build-tests/noctara");
 const randomScenario = join(root, "build-tests/tests/noctara-random-scenario");
-const folder = mkdtempSync(join(tmpdir(), "noctara-page-"));
-process.on("exit", () => rmSync(folder, { recursive: true, force: true }));
 
-/** The trace that the command writes. Exit code 1 is accepted: the night has a fault. */
-function traceOfCommand(scenario) {
+function fileOf(scenario) {
     const file = join(folder, "night.toml");
-    const trace = join(folder, "night.jsonl");
     writeFileSync(file, scenario);
-    try {
-        execFileSync(command, ["night", file, "--quiet", "--trace", trace], { stdio: "ignore" });
-    } catch (error) {
-        if (error.status !== 1) throw error;
-    }
+    return file;
+}
+
+function traceOfCommand(scenario) {
+    const trace = join(folder, "night.jsonl");
+    command("night", fileOf(scenario), "--quiet", "--trace", trace);
     return readFileSync(trace, "utf8");
 }
 
@@ -36,10 +32,21 @@ function assertSameTrace(scenario) {
     assert.ok(commands.length > 2, "the night has calls");
 }
 
+/** The page names the zones by their offsets. */
+function withoutZoneNames(night) {
+    return { ...night, localTimes: night.localTimes.map(([from, base]) => [from, base]) };
+}
+
 const readyMade = join(root, "scenarios");
-for (const name of readdirSync(readyMade).filter((file) => file.endsWith(".toml")))
-    test(`the ready-made night ${name} has the trace of the command`, () =>
-        assertSameTrace(readFileSync(join(readyMade, name), "utf8")));
+for (const name of readdirSync(readyMade).filter((file) => file.endsWith(".toml"))) {
+    const scenario = readFileSync(join(readyMade, name), "utf8");
+    test(`the ready-made night ${name} has the trace of the command`, () => assertSameTrace(scenario));
+    test(`the ready-made night ${name} has the report of the command`, () =>
+        assert.deepEqual(
+            withoutZoneNames(noctara.night(scenario)),
+            withoutZoneNames(reportData("night", fileOf(scenario))),
+        ));
+}
 
 test("50 random nights have the traces of the command", () => {
     for (let seed = 1; seed <= 50; ++seed)

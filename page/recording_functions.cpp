@@ -1,0 +1,54 @@
+/// Recordings of the accelerometer, for the page's script.
+#include "page/script_functions.h"
+#include "recording/recording_file.h"
+#include "recording/sensitivity_advice.h"
+#include "report/recording_record.h"
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace noctara {
+
+namespace {
+
+std::vector<std::string> linesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+RecordingOptions optionsOf(const Json& question) {
+    RecordingOptions options;
+    if (question.contains("rate"))
+        options.rate = question["rate"].get<double>();
+    if (question.contains("axes"))
+        options.axes = question["axes"] == "ios" ? AxisConvention::ios : AxisConvention::android;
+    return options;
+}
+
+/// {"file": NAME}, of a file that the script has put into the current folder, with "rate", in
+/// samples a second, and "axes", "ios" or "android", if they are known. The data of the report
+/// page, with the lines of the file that were skipped as "skipped".
+Json recordingOf(const Json& question) {
+    const std::string name = question.at("file");
+    std::ostringstream complaints;
+    const Recording recording = readRecording(name, optionsOf(question), complaints);
+    Json page = recordingForPage(recording, name, adviceFrom(recording));
+    page["skipped"] = linesOf(complaints.str());
+    return page;
+}
+
+} // namespace
+
+} // namespace noctara
+
+extern "C" {
+
+EMSCRIPTEN_KEEPALIVE char* recording(const char* question) {
+    return noctara::answered(question, noctara::recordingOf);
+}
+
+} // extern "C"
