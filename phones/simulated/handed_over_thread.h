@@ -1,4 +1,5 @@
-/// A coroutine on its own thread. It never runs at the same time as the thread that resumes it.
+/// A coroutine, with a thread for its stack where there are threads. It never runs at the same time
+/// as the thread that resumes it.
 #pragma once
 
 #include <functional>

@@ -48,6 +48,9 @@ const std::vector<Rule> rules{
     {"command",
      {"platform", "radios", "monitor", "host", "input", "output", "phones/model", "settings",
       "night", "recording", "report", "phones/simulated", "phones/replay", "soak", "live"}},
+    {"page",
+     {"host", "input", "phones/model", "settings", "night", "recording", "report",
+      "phones/simulated", "command"}},
 };
 
 const std::set<std::string> standardHeaders{
