@@ -34,15 +34,6 @@ void printTable(const std::vector<Row>& rows, std::ostream& out) {
                    widths[2], meaning);
 }
 
-bool isSwitch(std::string_view name) {
-    const SettingKey* const key = findSettingKey(name);
-    return key ? key->kind == SettingKey::Kind::onOff : identifierInKey(name).has_value();
-}
-
-std::string shownValue(std::string_view name, const PropertyList& value) {
-    return isSwitch(name) ? switchInWords(value) : valueInWords(value);
-}
-
 void makeIfMissing(const std::filesystem::path& file, MissingFile missing) {
     std::error_code ignored;
     if (std::filesystem::exists(file, ignored))
@@ -68,12 +59,12 @@ int change(const std::filesystem::path& file, const std::string& key, const Prop
     const Dictionary before = readSettingsFile(file);
     const PropertyList* const old = before.find(key);
     if (old && *old == value) {
-        fmt::print(out, "{} is {} already.\n", printable(key), shownValue(key, value));
+        fmt::print(out, "{} is {} already.\n", printable(key), valueOfKeyInWords(key, value));
         return 0;
     }
     changeSettingsFile(file, key, value);
-    fmt::print(out, "{} is {} now; it was {}.\n", printable(key), shownValue(key, value),
-               old ? shownValue(key, *old) : "missing");
+    fmt::print(out, "{} is {} now; it was {}.\n", printable(key), valueOfKeyInWords(key, value),
+               old ? valueOfKeyInWords(key, *old) : "missing");
     Dictionary after = before;
     after.set(key, value);
     printNewOddities(before, after, out);
@@ -93,7 +84,8 @@ int showSettings(const std::filesystem::path& file, std::ostream& out) {
     std::vector<Row> known{{"key", "value", "default", "meaning"}};
     for (const auto& key : settingKeys()) {
         const PropertyList* const value = settings.find(key.name);
-        known.push_back({std::string(key.name), value ? shownValue(key.name, *value) : "missing",
+        known.push_back({std::string(key.name),
+                         value ? valueOfKeyInWords(key.name, *value) : "missing",
                          settingInWords(key, key.standard), std::string(key.meaning)});
     }
     printTable(known, out);
@@ -101,10 +93,10 @@ int showSettings(const std::filesystem::path& file, std::ostream& out) {
     std::vector<Row> others;
     for (const auto& [key, value] : settings) {
         if (identifierInKey(key))
-            others.push_back({printable(key), shownValue(key, value), "off",
+            others.push_back({printable(key), valueOfKeyInWords(key, value), "off",
                               "launched when the phone goes quiet, quit when it comes back"});
         else if (!findSettingKey(key))
-            others.push_back({inQuotes(key), shownValue(key, value), "-", "no setting"});
+            others.push_back({inQuotes(key), valueOfKeyInWords(key, value), "-", "no setting"});
     }
     if (!others.empty())
         out << '\n';
@@ -121,7 +113,7 @@ int showSettings(const std::filesystem::path& file, std::ostream& out) {
 int getSetting(const std::filesystem::path& file, const std::string& key, std::ostream& out) {
     const Dictionary settings = readSettingsFile(file);
     if (const PropertyList* const value = settings.find(key)) {
-        out << shownValue(key, *value) << '\n';
+        out << valueOfKeyInWords(key, *value) << '\n';
         return 0;
     }
     checkSettingKey("get", key);

@@ -1,5 +1,5 @@
-/// The monitor's stack on a page, which has no threads: the body runs in the caller's stack and
-/// cannot be resumed after it has parked.
+/// The monitor on a page, which has no threads: it runs in the caller's stack, and cannot be
+/// resumed after it has parked.
 #include "phones/simulated/handed_over_thread.h"
 
 #include <stdexcept>
@@ -7,11 +7,13 @@
 
 namespace noctara {
 
-class HandedOverThread::Stack {
-public:
-    explicit Stack(std::function<void()> work) : body(std::move(work)) {}
+namespace {
 
-    void resume() {
+class CallersStack final : public HandedOverThread {
+public:
+    explicit CallersStack(std::function<void()> work) : body(std::move(work)) {}
+
+    void resume() override {
         if (hasEnded)
             return;
         if (hasParked)
@@ -27,12 +29,13 @@ public:
         hasEnded = true;
     }
 
-    void park() {
+    /// Unwinds the body at once, because nothing can resume it.
+    void park() override {
         hasParked = true;
         throw Unwinding{};
     }
 
-    bool ended() const { return hasEnded; }
+    bool ended() const override { return hasEnded; }
 
 private:
     struct Unwinding {};
@@ -42,21 +45,10 @@ private:
     bool hasEnded = false;
 };
 
-HandedOverThread::HandedOverThread(std::function<void()> body) :
-    stack(std::make_unique<Stack>(std::move(body))) {}
+} // namespace
 
-HandedOverThread::~HandedOverThread() = default;
-
-void HandedOverThread::resume() {
-    stack->resume();
-}
-
-void HandedOverThread::park() {
-    stack->park();
-}
-
-bool HandedOverThread::ended() const {
-    return stack->ended();
+std::unique_ptr<HandedOverThread> makeHandedOverThread(std::function<void()> body) {
+    return std::make_unique<CallersStack>(std::move(body));
 }
 
 } // namespace noctara

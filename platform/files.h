@@ -25,8 +25,8 @@ public:
     virtual bool writeDictionary(const std::string& path, const Dictionary& dictionary) = 0;
 
     /// Reads and parses the whole file (`propertyListFromData:`), from the XML or the binary form.
-    /// Null on failure; `error` is then the parser's message. The list does not change while the
-    /// caller holds it. It is shared, so that a phone can reuse its memory afterwards.
+    /// On failure, returns null and sets `error` to the parser's message. The list does not change
+    /// while the caller holds it. A phone may reuse its memory afterwards.
     virtual std::shared_ptr<const PropertyList> parse(const std::string& path,
                                                       std::string& error) = 0;
 };

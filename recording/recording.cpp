@@ -22,14 +22,8 @@ double RecordingSummary::duration() const {
 }
 
 RecordingSummary Recording::summary() const {
-    std::vector<double> steps;
-    for (std::size_t i = 1; i < samples.size(); ++i)
-        if (samples[i].seconds > samples[i - 1].seconds)
-            steps.push_back(samples[i].seconds - samples[i - 1].seconds);
-    const auto middle = steps.begin() + static_cast<std::ptrdiff_t>(steps.size() / 2);
-    std::nth_element(steps.begin(), middle, steps.end());
-    return {samples.size(), samples.empty() ? 0 : samples.back().seconds,
-            steps.empty() ? 0 : *middle, remarks, axesAreAssumed};
+    return {samples.size(), samples.empty() ? 0 : samples.back().seconds, medianStep, remarks,
+            axesAreAssumed};
 }
 
 double Recording::duration() const {

@@ -39,9 +39,10 @@ struct Recording {
     /// batches.
     std::vector<Sample> samples;
 
-    /// As in the summary.
+    // As in the summary.
     std::vector<std::string> remarks;
     bool axesAreAssumed = false;
+    double medianStep = 0;
 
     RecordingSummary summary() const;
 

@@ -110,6 +110,7 @@ Recording readRecording(const std::filesystem::path& path, const RecordingOption
     Recording recording;
     recording.remarks = file.summary().remarks;
     recording.axesAreAssumed = file.summary().axesAreAssumed;
+    recording.medianStep = file.summary().medianStep;
     recording.samples.reserve(file.summary().samples);
     file.forEachSample([&](const auto& sample) { recording.samples.push_back(sample); });
     return recording;

@@ -109,7 +109,7 @@ SensitivityAdvice SensitivityAdviceSearch::finish(bool axesAreAssumed) {
 }
 
 SensitivityAdvice adviceFrom(const Recording& recording) {
-    SensitivityAdviceSearch search(recording.summary().medianStep);
+    SensitivityAdviceSearch search(recording.medianStep);
     for (const auto& sample : recording.samples)
         search.add(sample);
     return search.finish(recording.axesAreAssumed);

@@ -50,6 +50,13 @@ std::string switchInWords(const PropertyList& value) {
     return number == 0 || number == 1 ? onOff(number == 1) : valueInWords(value);
 }
 
+std::string valueOfKeyInWords(std::string_view key, const PropertyList& value) {
+    const SettingKey* const known = findSettingKey(key);
+    const bool isSwitch =
+        known ? known->kind == SettingKey::Kind::onOff : identifierInKey(key).has_value();
+    return isSwitch ? switchInWords(value) : valueInWords(value);
+}
+
 std::optional<std::int64_t> wholeNumberIn(const PropertyList& value) {
     if (const auto* integer = value.as<std::int64_t>())
         return *integer;

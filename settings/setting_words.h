@@ -5,6 +5,7 @@
 #include "settings/setting_keys.h"
 
 #include <string>
+#include <string_view>
 
 namespace noctara {
 
@@ -19,6 +20,9 @@ std::string valueInWords(const PropertyList& value);
 
 /// The same as the value of a switch: 0 and 1 are "off" and "on", too.
 std::string switchInWords(const PropertyList& value);
+
+/// The value of a key, as that of a switch if the setting is one.
+std::string valueOfKeyInWords(std::string_view key, const PropertyList& value);
 
 /// The value as an integer, if it is an integer or a whole real number. The trace of a night does
 /// not distinguish the two.

@@ -62,8 +62,9 @@ private:
     const Recorder& recorder;
 
     bool onAC;
-    double idleSleep;   ///< Seconds; 0: never.
-    double nextAsk = 0; ///< By the monotonic clock. Infinity if the phone does not ask.
+    double idleSleep; ///< Seconds; 0: never.
+    /// When the phone next asks to start idle sleep, by the monotonic clock. Infinity for never.
+    double nextAsk = 0;
     bool asleep = false;
     std::vector<Scenario::Wake> wakes;
 

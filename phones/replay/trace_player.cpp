@@ -192,14 +192,14 @@ void TracePlayer::performOnMainThread(Beginning beginning, std::function<void()>
 void TracePlayer::startMonitor(std::function<void()> body) {
     monitor = std::make_unique<Work>();
     monitor->isMain = false;
-    monitor->stack = std::make_unique<HandedOverThread>(std::move(body));
+    monitor->stack = makeHandedOverThread(std::move(body));
 }
 
 TracePlayer::Work& TracePlayer::addMainWork(Beginning beginning, std::function<void()> work) {
     Work& added = mainWork.emplace_back();
     added.isMain = true;
     added.beginning = std::move(beginning);
-    added.stack = std::make_unique<HandedOverThread>([this, work = std::move(work)] {
+    added.stack = makeHandedOverThread([this, work = std::move(work)] {
         work();
         takeLogLines();
     });

@@ -7,20 +7,20 @@
 
 namespace noctara {
 
-class HandedOverThread::Stack {
-public:
-    explicit Stack(std::function<void()> work) : body(std::move(work)), thread([this] { run(); }) {}
+namespace {
 
-    ~Stack() {
+class OwnThread final : public HandedOverThread {
+public:
+    explicit OwnThread(std::function<void()> work) :
+        body(std::move(work)), thread([this] { run(); }) {}
+
+    ~OwnThread() override {
         unwinding = true;
         bodyMayRun.release();
         thread.join();
     }
 
-    Stack(const Stack&) = delete;
-    Stack& operator=(const Stack&) = delete;
-
-    void resume() {
+    void resume() override {
         if (hasEnded)
             return;
         bodyMayRun.release();
@@ -29,14 +29,14 @@ public:
             std::rethrow_exception(std::exchange(escaped, nullptr));
     }
 
-    void park() {
+    void park() override {
         callerMayRun.release();
         bodyMayRun.acquire();
         if (unwinding)
             throw Unwinding{};
     }
 
-    bool ended() const { return hasEnded; }
+    bool ended() const override { return hasEnded; }
 
 private:
     struct Unwinding {};
@@ -64,21 +64,10 @@ private:
     std::thread thread;
 };
 
-HandedOverThread::HandedOverThread(std::function<void()> body) :
-    stack(std::make_unique<Stack>(std::move(body))) {}
+} // namespace
 
-HandedOverThread::~HandedOverThread() = default;
-
-void HandedOverThread::resume() {
-    stack->resume();
-}
-
-void HandedOverThread::park() {
-    stack->park();
-}
-
-bool HandedOverThread::ended() const {
-    return stack->ended();
+std::unique_ptr<HandedOverThread> makeHandedOverThread(std::function<void()> body) {
+    return std::make_unique<OwnThread>(std::move(body));
 }
 
 } // namespace noctara

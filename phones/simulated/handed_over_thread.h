@@ -1,5 +1,4 @@
-/// A coroutine, with a thread for its stack where there are threads. It never runs at the same time
-/// as the thread that resumes it.
+/// A coroutine. It never runs at the same time as the code that resumes it.
 #pragma once
 
 #include <functional>
@@ -9,28 +8,25 @@ namespace noctara {
 
 class HandedOverThread {
 public:
-    /// `body` starts at the first `resume`.
-    explicit HandedOverThread(std::function<void()> body);
-
-    /// If the body is parked, unwinds its stack. Then joins the thread.
-    ~HandedOverThread();
-
+    HandedOverThread() = default;
     HandedOverThread(const HandedOverThread&) = delete;
     HandedOverThread& operator=(const HandedOverThread&) = delete;
 
+    /// If the body is parked, unwinds its stack.
+    virtual ~HandedOverThread() = default;
+
     /// Runs the body until it parks or ends. Rethrows an exception that leaves the body. Does
     /// nothing once the body has ended.
-    void resume();
+    virtual void resume() = 0;
 
     /// Called by the body: returns control to the caller of `resume` until the next `resume`.
     /// Throws, to unwind the body, if the object is being destroyed.
-    void park();
+    virtual void park() = 0;
 
-    bool ended() const;
-
-private:
-    class Stack;
-    std::unique_ptr<Stack> stack;
+    virtual bool ended() const = 0;
 };
+
+/// `body` starts at the first `resume`. It has a thread of its own, except on a web page.
+std::unique_ptr<HandedOverThread> makeHandedOverThread(std::function<void()> body);
 
 } // namespace noctara

@@ -129,7 +129,7 @@ double SimulatedPhone::limitOfMove() const {
 
 std::unique_ptr<Thread> SimulatedPhone::start(const char* name, std::function<void()> body) {
     recorder.call(Operation::NSThreadStart, {name});
-    monitorThread = std::make_unique<HandedOverThread>(std::move(body));
+    monitorThread = makeHandedOverThread(std::move(body));
     return std::make_unique<StartedThread>();
 }
 

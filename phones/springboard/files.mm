@@ -33,17 +33,17 @@ public:
                                               std::string& error) override {
         @autoreleasepool {
             NSData* data = [NSData dataWithContentsOfFile:stringOf(path)];
-            NSString* description = nil;
+            NSString* reason = nil;
             id value = [NSPropertyListSerialization propertyListFromData:data
                                                         mutabilityOption:NSPropertyListImmutable
                                                                   format:NULL
-                                                        errorDescription:&description];
-            if (value && !description)
+                                                        errorDescription:&reason];
+            if (value && !reason)
                 return std::make_shared<const PropertyList>(valueOf(value));
-            error = description ? textOf([description description]) : "(null)";
+            error = reason ? textOf([reason description]) : "(null)";
 #ifdef __APPLE__
             // Apple's Foundation returns a description that the caller has to release.
-            [description release];
+            [reason release];
 #endif
             return nullptr;
         }

@@ -31,6 +31,8 @@ Acceleration screenDown(double degreesOff) {
 
 class ADetection : public testing::Test {
 protected:
+    ADetection() { recording.medianStep = 0.25; }
+
     /// Four readings a second.
     void keeps(const Acceleration& acceleration, int readings) {
         for (int i = 0; i < readings; ++i)

@@ -55,6 +55,15 @@ void show(const fs::path& file) {
     requirePlainLines(out.str());
 }
 
+/// The dictionaries are not compared: one with a real that is NaN does not equal itself.
+void requireChangeNotNeeded(const std::string& content, const Edit& edit) {
+    require(edit.value.has_value(), "a removed application changes the file", content);
+    const Dictionary settings = dictionaryIn(content);
+    const PropertyList* const found = settings.find(edit.key);
+    require(found && *found == parseSettingValue("set", edit.key, *edit.value),
+            "a file stays as it was only if it has the value", content);
+}
+
 void requireChanged(const std::string& before, const std::string& after, const Edit& edit) {
     require(isBinary(before) == isBinary(after), "the form stays", after);
     Dictionary expected = dictionaryIn(before);
@@ -83,6 +92,8 @@ void apply(const fs::path& file, const Edit& edit) {
     const std::string after = contentOf(file);
     if (refused)
         require(after == before, "a refused edit leaves the file as it was", *refused);
+    else if (after == before)
+        requireChangeNotNeeded(after, edit);
     else
         requireChanged(before, after, edit);
 }

@@ -166,13 +166,16 @@ TEST_F(ARecording, keeps_what_follows_after_the_clock_was_set_back) {
                                             "follow one step after those before it"));
 }
 
-TEST_F(ARecording, whose_clock_was_set_back_lasts_exactly_until_its_last_sample) {
-    std::ofstream(path) << "time,x,y,z\n100,0,0,-1\n0.05,0,0,-1\n0.55,0,0,-1\n0.60,0,0,-1\n"
-                           "1.75,0,0,-1\n";
-    RecordingFile file(path, {}, complaints);
-    double last = 0;
-    file.forEachSample([&](const Recording::Sample& sample) { last = sample.seconds; });
-    EXPECT_EQ(file.summary().lastSeconds, last);
+TEST_F(ARecording, in_memory_has_the_summary_of_the_file) {
+    const std::string setBack = "time,x,y,z\n100,0,0,-1\n0.05,0,0,-1\n0.55,0,0,-1\n"
+                                "0.60,0,0,-1\n1.75,0,0,-1\n";
+    const RecordingSummary inMemory = read(setBack).summary();
+    const RecordingFile file(path, {}, complaints);
+    EXPECT_EQ(inMemory.samples, 5U);
+    EXPECT_EQ(inMemory.lastSeconds, file.summary().lastSeconds);
+    EXPECT_EQ(inMemory.medianStep, file.summary().medianStep);
+    EXPECT_EQ(inMemory.remarks, file.summary().remarks);
+    EXPECT_EQ(inMemory.axesAreAssumed, file.summary().axesAreAssumed);
 }
 
 TEST_F(ARecording, keeps_the_steps_after_a_time_that_is_much_larger) {

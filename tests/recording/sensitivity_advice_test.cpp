@@ -47,8 +47,11 @@ protected:
             recording.samples.push_back({now, up(now * 36)});
     }
 
-    SensitivityAdvice advice() const { return adviceFrom(recording); }
-    std::vector<std::string> lines() const { return linesOf(advice()); }
+    SensitivityAdvice advice() {
+        recording.medianStep = step;
+        return adviceFrom(recording);
+    }
+    std::vector<std::string> lines() { return linesOf(advice()); }
 
     Recording recording;
     double step = 0.25;

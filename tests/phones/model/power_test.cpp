@@ -29,7 +29,7 @@ const char* messageName(std::int64_t type) {
 const std::string wakeListPath =
     "/private/var/preferences/SystemConfiguration/com.apple.AutoWake.plist";
 
-/// The list of wake-ups, which are given as identifier and time.
+/// The system's list, with wake-ups by these identifiers at these times.
 PropertyList wakeList(const std::vector<std::pair<const char*, double>>& wakes) {
     Array entries;
     for (const auto& [identifier, at] : wakes)
@@ -372,7 +372,7 @@ TEST_F(TheSimulatedPower, replaces_what_is_in_a_stored_list) {
     switchOn();
     const Dictionary more{{"scheduledby", "a"}, {"time", 1}, {"more", 2}};
     for (const PropertyList& stored :
-         {PropertyList(3), PropertyList(Array{more, 4}),
+         {PropertyList(3), PropertyList(Array{more}), PropertyList(Array{more, 4}),
           PropertyList(Array{Dictionary{{"scheduledby", "a"}, {"other", 1}}})}) {
         phone().files.writeByOthers(wakeListPath, {{"kept", 1}, {"wake", stored}});
         power().cancel({start + 900}, "a");
