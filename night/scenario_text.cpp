@@ -137,7 +137,7 @@ class ScenarioWriter {
 public:
     explicit ScenarioWriter(const Scenario& written) : scenario(written), zone(written.timezone) {}
 
-    std::string write() {
+    std::string write(const std::vector<WrittenEvent>& events) {
         Scenario defaults;
         writeNight();
         table("[phone]", [&] { writePhone(scenario.phone, defaults.phone); });
@@ -154,10 +154,8 @@ public:
             line("scheduledby", wake.scheduledBy);
             text += "at = " + timeText(wake.at) + '\n';
         }
-        for (const auto& [at, event] : scenario.events) {
-            text += "\n[[event]]\nat = " + timeText(at) + '\n';
-            text += std::string(nameOf(event)) + " = " + std::visit(EventValue{zone}, event) + '\n';
-        }
+        for (const auto& [at, action, value] : events)
+            text += fmt::format("\n[[event]]\nat = {}\n{} = {}\n", timeText(at), action, value);
         return text;
     }
 
@@ -249,12 +247,24 @@ private:
 
 } // namespace
 
+std::vector<WrittenEvent> writtenEvents(const Scenario& scenario) {
+    const TimeZone zone(scenario.timezone);
+    std::vector<WrittenEvent> events;
+    for (const auto& [at, event] : scenario.events)
+        events.push_back({at, std::string(nameOf(event)), std::visit(EventValue{zone}, event)});
+    return events;
+}
+
 std::string scenarioText(const Scenario& scenario, const std::string& comment) {
     std::string text;
     std::istringstream lines(comment);
     for (std::string line; std::getline(lines, line);)
         text += "# " + line + '\n';
-    return text + ScenarioWriter(scenario).write();
+    return text + scenarioText(scenario, writtenEvents(scenario));
+}
+
+std::string scenarioText(const Scenario& scenario, const std::vector<WrittenEvent>& events) {
+    return ScenarioWriter(scenario).write(events);
 }
 
 } // namespace noctara

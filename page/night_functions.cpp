@@ -8,6 +8,7 @@
 #include "page/script_functions.h"
 #include "report/night_record.h"
 
+#include <nlohmann/json.hpp>
 #include <ostream>
 #include <sstream>
 #include <string>
@@ -16,11 +17,16 @@ namespace noctara {
 
 namespace {
 
-NightInput inputOf(const Json& question) {
-    return {parseScenario(question.at("scenario").get<std::string>(), "the scenario"), nullptr, {}};
+Scenario scenarioIn(const Json& question, const ScenarioOverrides& overrides = {}) {
+    return parseScenario(question.at("scenario").get<std::string>(), "the scenario", overrides);
 }
 
-/// {"scenario": TEXT}: the data of the report page.
+NightInput inputOf(const Json& question) {
+    return {scenarioIn(question), nullptr, {}};
+}
+
+} // namespace
+
 Json nightOf(const Json& question) {
     const NightInput input = inputOf(question);
     auto phone = makePhone(input);
@@ -38,11 +44,11 @@ Json nightOf(const Json& question) {
     record.endNight();
     report.endNight(wrong);
     phone.reset();
-    report.finish(retryOf(input), SummaryForm::text, nowhere);
+    report.finish(question.value("advice", true) ? retryOf(input) : Retry(), SummaryForm::text,
+                  nowhere);
     return record.finish(*report.nightSummary());
 }
 
-/// {"scenario": TEXT}: the text of the trace.
 Json traceOf(const Json& question) {
     const NightInput input = inputOf(question);
     std::ostringstream lines;
@@ -53,18 +59,4 @@ Json traceOf(const Json& question) {
     return lines.str();
 }
 
-} // namespace
-
 } // namespace noctara
-
-extern "C" {
-
-EMSCRIPTEN_KEEPALIVE char* night(const char* question) {
-    return noctara::answered(question, noctara::nightOf);
-}
-
-EMSCRIPTEN_KEEPALIVE char* traceOfNight(const char* question) {
-    return noctara::answered(question, noctara::traceOf);
-}
-
-} // extern "C"

@@ -4,6 +4,7 @@
 #include "recording/sensitivity_advice.h"
 #include "report/recording_record.h"
 
+#include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -26,12 +27,16 @@ RecordingOptions optionsOf(const Json& question) {
         options.rate = question["rate"].get<double>();
     if (question.contains("axes"))
         options.axes = question["axes"] == "ios" ? AxisConvention::ios : AxisConvention::android;
+    if (question.contains("unit"))
+        if (const auto unit = findUnitOfAcceleration(question["unit"].get<std::string>()))
+            options.unit = unit->unit;
+    if (question.contains("timeUnit"))
+        options.timeUnit = findUnitOfTime(question["timeUnit"].get<std::string>());
     return options;
 }
 
-/// {"file": NAME}, of a file that the script has put into the current folder, with "rate", in
-/// samples a second, and "axes", "ios" or "android", if they are known. The data of the report
-/// page, with the lines of the file that were skipped as "skipped".
+} // namespace
+
 Json recordingOf(const Json& question) {
     const std::string name = question.at("file");
     std::ostringstream complaints;
@@ -41,14 +46,4 @@ Json recordingOf(const Json& question) {
     return page;
 }
 
-} // namespace
-
 } // namespace noctara
-
-extern "C" {
-
-EMSCRIPTEN_KEEPALIVE char* recording(const char* question) {
-    return noctara::answered(question, noctara::recordingOf);
-}
-
-} // extern "C"

@@ -1,7 +1,7 @@
-/// Settings files, for the page's script. They are files that the script has put into the current
-/// folder.
+/// Settings files, for the page's script.
 #include "input/printable.h"
 #include "page/script_functions.h"
+#include "page/settings_data.h"
 #include "phones/model/property_list_file.h"
 #include "settings/setting_keys.h"
 #include "settings/setting_value.h"
@@ -10,6 +10,7 @@
 #include "settings/settings_file.h"
 
 #include <fstream>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 
@@ -25,15 +26,14 @@ Json ofKey(const SettingKey& key, const PropertyList* value) {
              {"value", nullptr},         {"words", missingInWords(key)}};
     if (value) {
         row["value"] = isSwitch ? int{value->boolValue()} : value->intValue();
-        row["words"] = isSwitch ? switchInWords(*value) : valueInWords(*value);
+        row["words"] = valueOfKeyInWords(key.name, *value);
     }
     return row;
 }
 
-/// {"file": NAME}: the settings in the order of the settings page, the applications and the other
-/// keys in the order of the file, and what is odd.
-Json settingsOf(const Json& question) {
-    const Dictionary settings = readSettingsFile(question.at("file").get<std::string>());
+} // namespace
+
+Json settingsForPage(const Dictionary& settings) {
     Json keys = Json::array();
     for (const auto& key : settingKeys())
         keys.push_back(ofKey(key, settings.find(key.name)));
@@ -44,18 +44,20 @@ Json settingsOf(const Json& question) {
             applications.push_back({{"key", key},
                                     {"identifier", printable(*identifier)},
                                     {"value", int{value.boolValue()}},
-                                    {"words", switchInWords(value)}});
+                                    {"words", valueOfKeyInWords(key, value)}});
         else if (!findSettingKey(key))
-            others.push_back({{"key", printable(key)}, {"words", valueInWords(value)}});
+            others.push_back({{"key", printable(key)}, {"words", valueOfKeyInWords(key, value)}});
     Json odd = Json::array();
     for (const auto& oddity : checkSettings(settings, nullptr))
         odd.push_back(oddity.text);
     return {{"keys", keys}, {"applications", applications}, {"others", others}, {"odd", odd}};
 }
 
-/// {"file": NAME, "key": KEY, "value": TEXT}, or null instead of the text to remove the key. The
-/// settings after the change.
-Json changedSettingOf(const Json& question) {
+Json settingsOf(const Json& question) {
+    return settingsForPage(readSettingsFile(question.at("file").get<std::string>()));
+}
+
+Json changedSettingsOf(const Json& question) {
     const std::string key = question.at("key");
     std::optional<PropertyList> value;
     if (const auto& text = question.at("value"); !text.is_null()) {
@@ -66,28 +68,9 @@ Json changedSettingOf(const Json& question) {
     return settingsOf(question);
 }
 
-/// {"file": NAME}: makes the file with the defaults.
-Json madeSettingsOf(const Json& question) {
+Json newSettingsOf(const Json& question) {
     std::ofstream(question.at("file").get<std::string>()) << propertyListXml(defaultSettings());
     return settingsOf(question);
 }
 
-} // namespace
-
 } // namespace noctara
-
-extern "C" {
-
-EMSCRIPTEN_KEEPALIVE char* settings(const char* question) {
-    return noctara::answered(question, noctara::settingsOf);
-}
-
-EMSCRIPTEN_KEEPALIVE char* changeSetting(const char* question) {
-    return noctara::answered(question, noctara::changedSettingOf);
-}
-
-EMSCRIPTEN_KEEPALIVE char* makeSettings(const char* question) {
-    return noctara::answered(question, noctara::madeSettingsOf);
-}
-
-} // extern "C"

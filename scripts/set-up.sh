@@ -50,3 +50,12 @@ build() {
     fi
     rm -f "$log"
 }
+
+# need_node_modules: installs the npm packages of the pages, and Node.js if it is missing.
+need_node_modules() {
+    # Node.js may come from elsewhere than Debian, with npm in the same package.
+    command -v node > /dev/null && command -v npm > /dev/null || need_packages node
+    local folder=$root/report/page
+    cmp --silent "$folder/package-lock.json" "$folder/node_modules/.for-lock" && return
+    (cd "$folder" && npm ci --no-progress > /dev/null && cp package-lock.json node_modules/.for-lock)
+}

@@ -49,7 +49,7 @@ const std::vector<Rule> rules{
      {"platform", "radios", "monitor", "host", "input", "output", "phones/model", "settings",
       "night", "recording", "report", "phones/simulated", "phones/replay", "soak", "live"}},
     {"page",
-     {"host", "input", "phones/model", "settings", "night", "recording", "report",
+     {"platform", "host", "input", "phones/model", "settings", "night", "recording", "report",
       "phones/simulated", "command"}},
 };
 

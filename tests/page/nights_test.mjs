@@ -8,7 +8,8 @@ import { test } from "node:test";
 import { command, folder, reportData } from "./command.mjs";
 import { noctara, root } from "./program.mjs";
 
-const randomScenario = join(root, "build-tests/tests/noctara-random-scenario");
+const randomScenario = (seed) =>
+    execFileSync(join(root, "build-tests/tests/noctara-random-scenario"), [String(seed)], { encoding: "utf8" });
 
 function fileOf(scenario) {
     const file = join(folder, "night.toml");
@@ -37,21 +38,31 @@ function withoutZoneNames(night) {
     return { ...night, localTimes: night.localTimes.map(([from, base]) => [from, base]) };
 }
 
+function assertSameReport(scenario) {
+    assert.deepEqual(
+        withoutZoneNames(noctara.night(scenario)),
+        withoutZoneNames(reportData("night", fileOf(scenario))),
+    );
+}
+
 const readyMade = join(root, "scenarios");
 for (const name of readdirSync(readyMade).filter((file) => file.endsWith(".toml"))) {
     const scenario = readFileSync(join(readyMade, name), "utf8");
     test(`the ready-made night ${name} has the trace of the command`, () => assertSameTrace(scenario));
     test(`the ready-made night ${name} has the report of the command`, () =>
-        assert.deepEqual(
-            withoutZoneNames(noctara.night(scenario)),
-            withoutZoneNames(reportData("night", fileOf(scenario))),
-        ));
+        assertSameReport(scenario));
 }
 
 test("50 random nights have the traces of the command", () => {
-    for (let seed = 1; seed <= 50; ++seed)
-        assertSameTrace(execFileSync(randomScenario, [String(seed)], { encoding: "utf8" }));
+    for (let seed = 1; seed <= 50; ++seed) assertSameTrace(randomScenario(seed));
 });
+
+test("10 random nights have the reports of the command", () => {
+    for (let seed = 101; seed <= 110; ++seed) assertSameReport(randomScenario(seed));
+});
+
+test("a process that is not SpringBoard has the report of the command", () =>
+    assertSameReport('[phone]\nbundle = "com.apple.Maps"\n'));
 
 test("a scenario that is wrong is refused in the words of the command", () => {
     assert.throws(() => noctara.traceOfNight('timezone = "Europe/Pari"\n'), {

@@ -1,6 +1,6 @@
 /// The table of what happened and what the monitor did about it. It has at most some hundred rows
 /// at a time, so that a month stays fast.
-import { fill, make } from "./dom.js";
+import { fill, freshId, make } from "./dom.js";
 import { readingInWords } from "./words.js";
 
 const rowsAtOnce = 300;
@@ -31,6 +31,7 @@ function whyStateChanged(night, time) {
 /** `story`: [time, kind, text] for each line. `jump(time)` shows that time in the charts. */
 export function makeChanges(night, jump) {
     const { story, local } = night;
+    const headingId = freshId("changes");
     const hidden = new Set();
     let shownRows = rowsAtOnce;
     const body = make("tbody");
@@ -107,8 +108,8 @@ export function makeChanges(night, jump) {
     const head = ["Time", "Kind", "What", "Why"].map((name) => make("th", { scope: "col" }, name));
     return make(
         "section",
-        { class: "changes", "aria-labelledby": "changes" },
-        make("h2", { id: "changes" }, "What happened"),
+        { class: "changes", "aria-labelledby": headingId },
+        make("h2", { id: headingId }, "What happened"),
         make("p", { class: "hint" }, "Choose a line to see it in the charts."),
         make("div", { class: "filters", role: "group", "aria-label": "Kinds of lines" }, filters),
         make("table", {}, make("thead", {}, make("tr", {}, head)), body),

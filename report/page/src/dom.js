@@ -14,3 +14,10 @@ export function make(tag, attributes = {}, ...children) {
 export function fill(element, ...children) {
     element.replaceChildren(...children.flat(Infinity).filter((child) => child !== null));
 }
+
+let ids = 0;
+
+/** An id that no other element of the page has. */
+export function freshId(name) {
+    return `${name}-${++ids}`;
+}

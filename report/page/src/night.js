@@ -3,6 +3,7 @@ import { makeChanges } from "./changes.js";
 import { eachPart, extremes, lengthAxis, lengthScale, tiltAxis, tiltScale, TimeChart } from "./charts.js";
 import { fill, make } from "./dom.js";
 import { laneChart } from "./lanes.js";
+import { LocalTimes } from "./local_time.js";
 import { hasReading, lastUpTo, NightData, stepAt } from "./night_data.js";
 import { makeTimePanel } from "./time_panel.js";
 import { View } from "./view.js";
@@ -217,17 +218,31 @@ function momentForScreenReaders(night, view) {
         : `${time}. ${explained(night, cycle)[0][1]}`;
 }
 
-export function drawNight(data, element) {
+/** What a page about the night is called, in two lines and in one. */
+export function nightHeading({ localTimes, zone, end }) {
+    const local = new LocalTimes(localTimes);
+    const from = local.day(0);
+    const to = local.day(end);
+    const sameYear = from.slice(-4) === to.slice(-4);
+    return {
+        title: from,
+        heading: from === to ? from : `${from.replace(/ \d+$/, sameYear ? "" : "$&")} to ${to}`,
+        sub: `${local.hours(0)} to ${local.hours(end)}, ${duration(end)}; local times in ${zone}`,
+    };
+}
+
+/**
+ * Draws the night at the end of `element`, until `signal` aborts it. `before` is the view of a night
+ * that was drawn in its place: it is kept if it fits. Returns the view.
+ */
+export function drawNight(data, element, { signal, before } = {}) {
     const night = new NightData(data);
     const { local } = night;
     const view = new View(night.end);
     const first = night.story.find(([, kind]) => kind === "state") ?? night.story[0];
     view.cursor = first ? first[0] : 0;
+    if (before?.end === view.end) Object.assign(view, { from: before.from, to: before.to, cursor: before.cursor });
 
-    const from = local.day(0);
-    const to = local.day(night.end);
-    const sameYear = from.slice(-4) === to.slice(-4);
-    document.title = `Noctara: ${from}`;
     const panel = makeTimePanel(view, {
         name: "Time",
         whole: "Whole night",
@@ -235,6 +250,7 @@ export function drawNight(data, element) {
         handlers: makeHandlers(night, view),
         describe: () => momentForScreenReaders(night, view),
         shown: () => `${local.hours(view.from)} to ${local.hours(view.to)} (${duration(view.to - view.from)})`,
+        signal,
     });
     const jump = (time) => {
         view.show(time - jumpMargin, time + jumpMargin);
@@ -243,17 +259,10 @@ export function drawNight(data, element) {
         panel.stack.focus({ preventScroll: true });
     };
     element.append(
-        make(
-            "header",
-            {},
-            make("p", { class: "brand" }, "Noctara"),
-            make("h1", {}, from === to ? from : `${from.replace(/ \d+$/, sameYear ? "" : "$&")} to ${to}`),
-            make("p", { class: "sub" }, `${local.hours(0)} to ${local.hours(night.end)}, ${duration(night.end)}; local times in ${night.zone}`),
-        ),
         makeSummary(night),
         make("div", { class: "night" }, panel.element, makeMoment(night, view)),
         makeChanges(night, jump),
-        make("footer", {}, "Played and drawn by Noctara. The page needs no network. The charts are drawn by uPlot (MIT)."),
     );
     panel.start();
+    return view;
 }

@@ -113,7 +113,14 @@ function valuesAt(data, index) {
     ];
 }
 
-export function drawRecording(data, element) {
+/** What a page about the recording is called. */
+export function recordingHeading({ name, samples, end }) {
+    const count = `${samples} ${samples === 1 ? "sample" : "samples"}`;
+    return { title: name, heading: name, sub: `${count} in ${duration(end)}` };
+}
+
+/** Draws the recording at the end of `element`, until `signal` aborts it. */
+export function drawRecording(data, element, { signal } = {}) {
     const times = Array.from(secondsOf(data.times));
     const view = new View(data.end);
     const elapsed = new ElapsedTimes();
@@ -131,6 +138,7 @@ export function drawRecording(data, element) {
         },
         describe: () => `${elapsed.clock(view.cursor)}. ${valuesInWords()}`,
         shown: () => `${elapsed.clock(view.from)} to ${elapsed.clock(view.to)}`,
+        signal,
     });
     const moment = make("section", { class: "moment", "aria-label": "At the cursor" });
     const update = () =>
@@ -142,21 +150,16 @@ export function drawRecording(data, element) {
         );
     view.observe(update);
     update();
-    document.title = `Noctara: ${data.name}`;
     const grouped = data.samplesInGroup > 1
         ? [`Each point of the charts stands for ${data.samplesInGroup} samples: the two lines are their lowest and their highest value.`]
         : [];
     element.append(
-        make(
-            "header",
-            {},
-            make("p", { class: "brand" }, "Noctara"),
-            make("h1", {}, data.name),
-            make("p", { class: "sub" }, `${data.samples} ${data.samples === 1 ? "sample" : "samples"} in ${duration(data.end)}`),
-        ),
-        makeSummary({ ...data, remarks: [...data.remarks, ...grouped] }),
+        makeSummary({
+            ...data,
+            outcome: data.suitable === null ? "neverQuiet" : "quiet",
+            remarks: [...data.remarks, ...grouped],
+        }),
         make("div", { class: "night" }, panel.element, moment),
-        make("footer", {}, "Measured and drawn by Noctara. The page needs no network. The charts are drawn by uPlot (MIT)."),
     );
     panel.start();
 }

@@ -8,9 +8,9 @@ const names = [
 
 const dark = window.matchMedia("(prefers-color-scheme: dark)");
 
-/** Calls `changed` when the user changes between light and dark. */
-export function onThemeChange(changed) {
-    dark.addEventListener("change", changed);
+/** Calls `changed` when the user changes between light and dark, until `signal` aborts. */
+export function onThemeChange(changed, signal) {
+    dark.addEventListener("change", changed, { signal });
 }
 
 export function readTheme() {

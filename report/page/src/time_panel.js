@@ -1,6 +1,6 @@
 /// The charts on one time axis, with a cursor and a zoom that they share, by mouse, touch and
 /// keyboard.
-import { make } from "./dom.js";
+import { freshId, make } from "./dom.js";
 import { onThemeChange } from "./theme.js";
 
 /// How much one step zooms, and which share of the view one step of a pan moves.
@@ -86,9 +86,11 @@ function followPointers(chart, view) {
 
 /**
  * The buttons and the charts. `makeCharts(parent)` makes the charts. `describe()` gives the words
- * for the place of the cursor, for a screen reader, and `shown()` those for the part in view.
+ * for the place of the cursor, for a screen reader, and `shown()` those for the part in view. The
+ * charts are destroyed when `signal`, which may be absent, aborts.
  */
-export function makeTimePanel(view, { makeCharts, handlers, describe, shown, name, whole }) {
+export function makeTimePanel(view, { makeCharts, handlers, describe, shown, name, whole, signal }) {
+    const keysId = freshId("keys");
     const range = make("span", { class: "range" });
     const button = (label, title, act) =>
         make("button", { type: "button", title, "aria-label": title, onclick: act }, label);
@@ -107,7 +109,7 @@ export function makeTimePanel(view, { makeCharts, handlers, describe, shown, nam
         tabindex: "0",
         role: "slider",
         "aria-label": name,
-        "aria-describedby": "keys",
+        "aria-describedby": keysId,
         "aria-orientation": "horizontal",
         "aria-valuemin": "0",
         "aria-valuemax": String(Math.round(view.end)),
@@ -116,7 +118,7 @@ export function makeTimePanel(view, { makeCharts, handlers, describe, shown, nam
     stack.append(box);
     const keys = make(
         "p",
-        { id: "keys", class: "hint" },
+        { id: keysId, class: "hint" },
         "Drag to zoom, double-click to see all. With Ctrl the mouse wheel zooms, with Shift it scrolls. Keys: ← → reading by reading, + − zoom, Page Up and Page Down, Home and End, 0 shows all",
         handlers.change ? ", n and p go to the next and the previous change." : ".",
     );
@@ -146,8 +148,13 @@ export function makeTimePanel(view, { makeCharts, handlers, describe, shown, nam
             act();
             event.preventDefault();
         });
-        new ResizeObserver(() => charts.forEach((chart) => chart.resize())).observe(box);
-        onThemeChange(() => charts.forEach((chart) => chart.changeTheme()));
+        const resizes = new ResizeObserver(() => charts.forEach((chart) => chart.resize()));
+        resizes.observe(box);
+        onThemeChange(() => charts.forEach((chart) => chart.changeTheme()), signal);
+        signal?.addEventListener("abort", () => {
+            resizes.disconnect();
+            charts.forEach((chart) => chart.plot.destroy());
+        });
         range.textContent = shown();
         tell();
     };

@@ -1,0 +1,92 @@
+/// Scenarios, for the page's script.
+#include "command/night_player.h"
+#include "night/event_words.h"
+#include "night/scenario_file.h"
+#include "night/scenario_text.h"
+#include "night/scenario_times.h"
+#include "night/typical_night.h"
+#include "page/script_functions.h"
+#include "page/settings_data.h"
+#include "phones/model/local_time.h"
+#include "settings/setting_keys.h"
+#include "settings/setting_value.h"
+#include "settings/settings_file.h"
+
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace noctara {
+
+namespace {
+
+constexpr const char* nameForErrors = "the scenario";
+
+std::optional<std::string> textIn(const Json& question, const char* key) {
+    const auto found = question.find(key);
+    return found == question.end() ? std::nullopt : std::optional(found->get<std::string>());
+}
+
+Scenario changedScenario(const Json& question) {
+    std::string text = textIn(question, "scenario").value_or(std::string(typicalNight));
+    // The old events might be before a new start.
+    if (question.contains("events"))
+        text = scenarioText(parseScenario(text, nameForErrors), std::vector<WrittenEvent>());
+    Scenario scenario = parseScenario(
+        text, nameForErrors,
+        {textIn(question, "start"), textIn(question, "end"), textIn(question, "timezone")});
+    if (const auto file = textIn(question, "file"))
+        scenario.settings = readSettingsFile(*file);
+    if (const auto key = textIn(question, "key")) {
+        const PropertyList value =
+            parseSettingValue("set", *key, question.at("value").get<std::string>());
+        refuseOutOfRange("set", *key, value);
+        scenario = withSettings(std::move(scenario), {{*key, value}});
+    }
+    if (!question.contains("events"))
+        return scenario;
+    std::vector<WrittenEvent> events;
+    for (const auto& event : question["events"])
+        events.push_back({{scenario.start.secondsSince1970 + event.at("at").get<double>()},
+                          event.at("action"),
+                          event.at("value")});
+    return parseScenario(scenarioText(scenario, events), nameForErrors);
+}
+
+Json eventsOf(const Scenario& scenario) {
+    Json events = Json::array();
+    const auto written = writtenEvents(scenario);
+    for (std::size_t i = 0; i < written.size(); ++i)
+        events.push_back({{"at", written[i].at.secondsSince1970 - scenario.start.secondsSince1970},
+                          {"action", written[i].action},
+                          {"value", written[i].value},
+                          {"words", eventInWords(scenario.events[i].event)}});
+    return events;
+}
+
+Json localTimesOf(const Scenario& scenario, const TimeZone& zone) {
+    const double start = scenario.start.secondsSince1970;
+    Json spans = Json::array();
+    for (const auto& offset : zone.offsets(scenario.start, scenario.end))
+        spans.push_back(Json::array(
+            {offset.from.secondsSince1970 - start, start + offset.seconds, offset.abbreviation}));
+    return spans;
+}
+
+} // namespace
+
+Json scenarioOf(const Json& question) {
+    const Scenario scenario = changedScenario(question);
+    const TimeZone zone(scenario.timezone);
+    return {{"scenario", scenarioText(scenario)},
+            {"start", localText(zone.components(scenario.start))},
+            {"end", localText(zone.components(scenario.end))},
+            {"length", scenario.end.secondsSince1970 - scenario.start.secondsSince1970},
+            {"timezone", scenario.timezone},
+            {"localTimes", localTimesOf(scenario, zone)},
+            {"settings", settingsForPage(scenario.settings.value_or(defaultSettings()))},
+            {"events", eventsOf(scenario)}};
+}
+
+} // namespace noctara
