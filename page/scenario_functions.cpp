@@ -57,11 +57,13 @@ Scenario changedScenario(const Json& question) {
 Json eventsOf(const Scenario& scenario) {
     Json events = Json::array();
     const auto written = writtenEvents(scenario);
-    for (std::size_t i = 0; i < written.size(); ++i)
+    for (std::size_t i = 0; i < written.size(); ++i) {
+        const std::string words = eventInWords(scenario.events[i].event);
         events.push_back({{"at", written[i].at.secondsSince1970 - scenario.start.secondsSince1970},
                           {"action", written[i].action},
                           {"value", written[i].value},
-                          {"words", eventInWords(scenario.events[i].event)}});
+                          {"words", words.empty() ? "A power message." : words}});
+    }
     return events;
 }
 

@@ -83,21 +83,21 @@ export class EventList {
         const time = make("input", {
             type: "time",
             step: "1",
-            "aria-label": `Time: ${event.words}`,
             onchange: () => {
                 const at = timeOfClock(time.value || "x", this.local, this.night.length, event.at);
                 if (at === undefined) time.value = this.local.clock(event.at);
                 else if (at !== event.at) this.handlers.moved(event, at);
             },
         });
-        const element = make(
-            "li",
-            {},
-            time,
-            make("span", { class: "words" }, event.words || "A power message."),
-            make("button", { type: "button", "aria-label": `Remove: ${event.words}`, onclick: () => this.handlers.removed(event) }, "Remove"),
-        );
-        return { element, time };
+        const words = make("span", { class: "words" });
+        const remove = make("button", { type: "button", onclick: () => this.handlers.removed(event) }, "Remove");
+        const show = () => {
+            words.textContent = event.words ?? "";
+            time.setAttribute("aria-label", `Time: ${words.textContent}`);
+            remove.setAttribute("aria-label", `Remove: ${words.textContent}`);
+            if (document.activeElement !== time) time.value = this.local.clock(event.at);
+        };
+        return { element: make("li", {}, time, words, remove), show };
     }
 
     show(night, local) {
@@ -106,10 +106,7 @@ export class EventList {
         for (const event of this.byEvent.keys()) if (!night.events.includes(event)) this.byEvent.delete(event);
         for (const event of night.events) if (!this.byEvent.has(event)) this.byEvent.set(event, this.makeRow(event));
         const rows = night.events.map((event) => this.byEvent.get(event));
-        rows.forEach(({ time }, index) => {
-            const clock = local.clock(night.events[index].at);
-            if (document.activeElement !== time) time.value = clock;
-        });
+        for (const row of rows) row.show();
         // A row that moves would lose the focus.
         if (!this.rows.contains(document.activeElement) || rows.length !== this.rows.childElementCount)
             fill(this.rows, rows.map(({ element }) => element));

@@ -6,13 +6,15 @@ const secondsToLeave = 3;
 /// Advice needs ten seconds without motion.
 const secondsToRecord = 11;
 
-/** Browsers of iOS ask the user, and measure along axes that point the other way. */
-const asksUser = () => typeof DeviceMotionEvent?.requestPermission === "function";
+/** Browsers of iOS measure along axes that point the other way. An iPad calls itself a Mac. */
+const isIos = () =>
+    /iPhone|iPad|iPod/.test(navigator.userAgent) ||
+    (navigator.userAgent.includes("Macintosh") && navigator.maxTouchPoints > 1);
 
 async function requirePermission() {
     if (typeof DeviceMotionEvent === "undefined")
         throw new Error("This browser has no motion sensor; open the page on a phone.");
-    if (asksUser() && (await DeviceMotionEvent.requestPermission()) !== "granted")
+    if (DeviceMotionEvent.requestPermission && (await DeviceMotionEvent.requestPermission()) !== "granted")
         throw new Error("The browser did not allow the motion sensor; allow it, and try again.");
 }
 
@@ -42,7 +44,7 @@ export async function recordMotion(tell) {
         };
         const finish = () => {
             const file = new File([lines.join("\n") + "\n"], "recorded here");
-            if (lines.length > 1) resolve({ file, axes: asksUser() ? "ios" : "android" });
+            if (lines.length > 1) resolve({ file, axes: isIos() ? "ios" : "android" });
             else reject(nothingCame());
         };
         const timer = setInterval(() => {

@@ -41,6 +41,7 @@ export class NightPanel extends Panel {
         this.timeline = new Timeline({
             moved: (event, at, isDragging) => this.move(event, at, isDragging),
             removed: (event) => this.changeEvents(this.night.events.filter((other) => other !== event)),
+            drawn: (events) => this.draw(events),
         });
         this.list = new EventList({
             moved: (event, at) => this.move(event, at, false),
@@ -55,7 +56,7 @@ export class NightPanel extends Panel {
                 "div",
                 { class: "card" },
                 make("h2", {}, "What would last night have been?"),
-                make("p", {}, "Drag what happened to its time. The night is played again as you drag, and what Noctara did is shown below."),
+                make("p", {}, "Drag what happened to its time, and draw over an empty part of a lane to add something. The night is played again as you drag, and what Noctara did is shown below."),
                 this.timeline.element,
                 make("p", { class: "hint" }, "Keys: ← → move the chosen event by a minute, Page Up and Page Down by a quarter of an hour, Delete removes it."),
                 this.list.element,
@@ -158,11 +159,16 @@ export class NightPanel extends Panel {
         return this.change("scenario", [{ scenario: this.night.scenario, events: inOrder(events) }]);
     }
 
+    /** Adds events that are being drawn. */
+    draw(events) {
+        this.night.events.push(...events);
+        return this.move(events[1], events[1].at, true);
+    }
+
     move(event, at, isDragging) {
         event.at = at;
         this.night.events = inOrder(this.night.events);
-        this.timeline.show(this.night, this.local);
-        this.list.show(this.night, this.local);
+        this.showEvents();
         return this.attempt(() => this.play(isDragging));
     }
 
@@ -185,19 +191,26 @@ export class NightPanel extends Panel {
     /** Advice takes longer than the night itself, so a night without it comes first. */
     async playOnce(isQuick) {
         const { night } = this;
-        const { scenario } = await this.program.ask("scenario", [{ scenario: night.scenario, events: night.events }]);
+        const asked = [...night.events];
+        const { scenario, events } = await this.program.ask("scenario", [{ scenario: night.scenario, events: asked }]);
         night.scenario = scenario;
-        this.draw(await this.program.ask("night", [scenario, { advice: false }]));
+        asked.forEach((event, index) => (event.words ??= events[index].words));
+        if (night === this.night) this.showEvents();
+        this.report(await this.program.ask("night", [scenario, { advice: false }]));
         if (isQuick || this.wanted || night !== this.night) return;
         const advised = await this.program.ask("night", [scenario]);
-        if (!this.wanted && night === this.night) this.draw(advised);
+        if (!this.wanted && night === this.night) this.report(advised);
+    }
+
+    showEvents() {
+        this.timeline.show(this.night, this.local);
+        this.list.show(this.night, this.local);
     }
 
     /** Shows the night itself, without its report. */
     show() {
-        const { night, local } = this;
-        this.timeline.show(night, local);
-        this.list.show(night, local);
+        const { night } = this;
+        this.showEvents();
         this.start.value = night.start;
         this.end.value = night.end;
         if (![...this.zone.options].some(({ value }) => value === night.timezone)) this.zone.append(make("option", {}, night.timezone));
@@ -207,7 +220,7 @@ export class NightPanel extends Panel {
         );
     }
 
-    draw(data) {
+    report(data) {
         this.drawing?.abort();
         this.drawing = new AbortController();
         const { heading, sub } = nightHeading(data);

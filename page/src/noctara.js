@@ -73,7 +73,7 @@ export async function startNoctara(makeModule, binary) {
         const tellEach = Math.max(file.size / 100, 1);
         let told = -tellEach;
         reportRead = (position) => {
-            if (progress && Math.abs(position - told) >= tellEach) {
+            if (progress && file.size > 0 && Math.abs(position - told) >= tellEach) {
                 told = position;
                 progress(Math.min(position / file.size, 1));
             }

@@ -5,6 +5,7 @@ export class Panel {
     /** `element` is the section of the panel. */
     constructor(element) {
         this.element = element;
+        this.attempts = 0;
         this.status = make("p", { class: "status", role: "status" });
         this.bar = make("progress", { max: "1", "aria-label": "Progress", hidden: true });
         this.alert = make("p", { class: "wrong", role: "alert", hidden: true });
@@ -30,6 +31,7 @@ export class Panel {
     /** Runs `work`. If it fails, says why, and all that was shown stays. Returns whether it succeeded. */
     async attempt(work) {
         this.complain("");
+        this.countAttempts(1);
         try {
             await work();
             return true;
@@ -39,6 +41,12 @@ export class Panel {
             return false;
         } finally {
             this.showProgress(undefined);
+            this.countAttempts(-1);
         }
+    }
+
+    countAttempts(change) {
+        this.attempts += change;
+        this.element.setAttribute("aria-busy", String(this.attempts > 0));
     }
 }
