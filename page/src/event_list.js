@@ -52,7 +52,6 @@ export class EventList {
         this.element = make(
             "div",
             { class: "event-list" },
-            make("h3", {}, "What happens"),
             this.rows,
             make(
                 "form",

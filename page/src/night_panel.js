@@ -59,7 +59,7 @@ export class NightPanel extends Panel {
                 make("p", {}, "Drag what happened to its time, and draw over an empty part of a lane to add something. The night is played again as you drag, and what Noctara did is shown below."),
                 this.timeline.element,
                 make("p", { class: "hint" }, "Keys: ← → move the chosen event by a minute, Page Up and Page Down by a quarter of an hour, Delete removes it."),
-                this.list.element,
+                make("details", { class: "choices" }, make("summary", {}, "Exact times, and other events"), this.list.element),
                 make("details", { class: "choices" }, make("summary", {}, "Date, hours and time zone"), this.frame),
                 make("details", { class: "choices" }, make("summary", {}, "Settings of this night"), this.settings),
                 make(

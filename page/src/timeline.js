@@ -11,7 +11,7 @@ const laneKinds = [
     { name: "Posture", action: "posture", values: ['"screen-down"', '"in-hand"'], hint: "laid down, screen down", length: 60 * 60 },
     { name: "Charger", action: "charger", values: ["true", "false"], hint: "plugged in", length: 60 * 60 },
     { name: "Call", action: "call", values: ['"active"', '"none"'], hint: "a call", length: 10 * 60 },
-    { name: "Airplane", action: "airplane", values: ["true", "false"], hint: "airplane mode on, by hand", length: 30 * 60 },
+    { name: "Airplane", action: "airplane", values: ["true", "false"], hint: "on, by hand", length: 30 * 60 },
     { name: "Wi-Fi", action: "wifi", values: ["false", "true"], hint: "off, by hand", length: 30 * 60 },
     { name: "Bluetooth", action: "bluetooth", values: ["false", "true"], hint: "off, by hand", length: 30 * 60 },
     { name: "Cellular", action: "cellular_data", values: ["false", "true"], hint: "off, by hand", length: 30 * 60 },

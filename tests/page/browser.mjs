@@ -100,4 +100,7 @@ export async function played(page) {
     await page.waitForFunction(() => document.querySelector("#night")?.getAttribute("aria-busy") === "false");
 }
 
+/** Opens a part of a panel that is closed at first. */
+export const unfold = (page, summary) => page.click(`summary:has-text("${summary}")`);
+
 export const verdict = (page) => page.textContent("#night .verdict");

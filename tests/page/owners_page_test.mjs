@@ -8,7 +8,7 @@ import { after, before, test } from "node:test";
 import { gzipSync } from "node:zlib";
 
 import {
-    axeFaults, choose, downloaded, drop, fileOf, give, launch, open, pageFile, played, refusal, told, verdict,
+    axeFaults, choose, downloaded, drop, fileOf, give, launch, open, pageFile, played, refusal, told, unfold, verdict,
 } from "./browser.mjs";
 import { command, folder, reportData } from "./command.mjs";
 import { noctara, root } from "./program.mjs";
@@ -84,7 +84,7 @@ test("a recording without times is read when the user says the rate", async () =
     const page = await open(browser);
     await give(page, "recording", fileOf("bare.csv", "x,y,z\n" + "0.01,0.02,-0.998\n".repeat(400)));
     assert.match(await refusal(page, "recording"), /^bare\.csv:1: .*the choice “Readings a second”\.?$/);
-    await page.click("text=Read the recording in another way");
+    await unfold(page, "Read the recording in another way");
     await page.fill("[name=rate]", "20");
     await page.keyboard.press("Tab");
     await told(page, "recording", "400 readings");
@@ -322,7 +322,7 @@ test("the advice is that of the command, and its setting can be made", async () 
     writeFileSync(path, scenario);
     assert.equal(await verdict(page), reportData("night", path).verdict[0]);
     assert.match(await verdict(page), /ScreenDown/);
-    await page.click("text=Settings of this night");
+    await unfold(page, "Settings of this night");
     await page.locator("#night").getByLabel("ScreenDown").click();
     await played(page);
     assert.match(await verdict(page), /^Quiet for/);
@@ -333,6 +333,7 @@ test("an event is added, moved by its time, and removed in the list", async () =
     const page = await open(browser);
     await choose(page, "night");
     await played(page);
+    await unfold(page, "Exact times");
     await page.getByLabel("Add", { exact: true }).selectOption({ label: "A call comes in" });
     await page.getByLabel("at", { exact: true }).fill("06:49:30");
     await page.click("#night .event-list .add button");
@@ -352,7 +353,7 @@ test("the start moves to another day with its events", async () => {
     const page = await open(browser);
     await choose(page, "night");
     await played(page);
-    await page.click("text=Date, hours and time zone");
+    await unfold(page, "Date, hours and time zone");
     await page.getByLabel("Start", { exact: true }).fill("2027-03-27T22:00");
     await page.keyboard.press("Tab");
     await page.waitForFunction(() => document.querySelector("#night .heading").textContent.includes("March 2027"));
@@ -371,6 +372,7 @@ test("the downloaded scenario plays the same in the command, call for call", asy
     await choose(page, "night");
     await played(page);
     await drag(page, taken, -0.13);
+    await unfold(page, "Exact times");
     await page.getByLabel("Add", { exact: true }).selectOption({ label: "The phone is plugged in" });
     await page.click("#night .event-list .add button");
     await played(page);
