@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 #include <exception>
+#include <new>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
@@ -50,6 +51,8 @@ extern "C" EMSCRIPTEN_KEEPALIVE char* ask(const char* function, const char* ques
     Json answer;
     try {
         answer["result"] = noctara::answerOf(function, question);
+    } catch (const std::bad_alloc&) {
+        answer = {{"error", "The memory of this browser is not enough for this."}};
     } catch (const std::exception& error) {
         answer = {{"error", error.what()}};
     }

@@ -1,4 +1,5 @@
 /// The owner's page: three questions, each in a panel of its own.
+import { make } from "../../report/page/src/dom.js";
 import { takeDrops } from "./files.js";
 import { NightPanel } from "./night_panel.js";
 import { Program } from "./program.js";
@@ -56,4 +57,9 @@ function start() {
     );
 }
 
-start();
+try {
+    start();
+} catch (error) {
+    const text = `This browser cannot show the page; use one of 2023 or later (${error.message}).`;
+    document.querySelector("main").replaceChildren(make("p", { class: "wrong", role: "alert" }, text));
+}

@@ -3,6 +3,7 @@
 import makeModule from "noctara-page";
 import { startNoctara } from "./noctara.js";
 
+let start;
 let starting;
 
 /**
@@ -11,22 +12,30 @@ let starting;
  */
 self.onmessage = async ({ data: { binary, id, name, args, tellProgress } }) => {
     if (binary) {
-        starting = startNoctara(makeModule, binary);
+        start = () => startNoctara(makeModule, binary);
+        starting = start();
+        starting.catch(() => {}); // Each question is answered with the reason.
         return;
     }
     const progress = (share) => self.postMessage({ id, progress: share });
+    let noctara;
     try {
-        const noctara = await starting;
+        noctara = await starting;
+    } catch (error) {
+        self.postMessage({ id, error: `This browser cannot run the program; use one of 2023 or later (${error.message}).` });
+        return;
+    }
+    try {
         const result = noctara[name](...args, ...(tellProgress ? [progress] : []));
         self.postMessage({ id, result });
     } catch (error) {
         self.postMessage({ id, error: sentence(error) });
+        // A program that has crashed begins anew.
+        if (error instanceof WebAssembly.RuntimeError) starting = start();
     }
 };
 
 /** A message of the program is a sentence. Anything else is a fault of the browser or of the program. */
 function sentence(error) {
-    if (error instanceof Error && error.name === "Error") return error.message;
-    const memory = /memory|allocat/i.test(String(error?.message));
-    return memory ? "The memory of this browser is not enough for the file." : `This went wrong: ${error?.message ?? error}`;
+    return error?.constructor === Error ? error.message : `The program failed: ${error?.message ?? error}.`;
 }

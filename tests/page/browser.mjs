@@ -28,8 +28,9 @@ export function launch() {
 /**
  * Opens the page, from disk by default. `page.complaints` collects what the console says, and each
  * request but those for the page and for its worker. The clock stands still unless `clockRuns`.
+ * `before` is run in the page before its script.
  */
-export async function open(browser, { url = pathToFileURL(pageFile).href, width = 1400, height = 900, clockRuns = false, ...options } = {}) {
+export async function open(browser, { url = pathToFileURL(pageFile).href, width = 1400, height = 900, clockRuns = false, before, ...options } = {}) {
     const context = await browser.newContext({
         viewport: { width, height },
         timezoneId: "Europe/Paris",
@@ -45,6 +46,7 @@ export async function open(browser, { url = pathToFileURL(pageFile).href, width 
             page.complaints.push(`request: ${request.url()}`);
     });
     if (!clockRuns) await page.clock.setFixedTime(new Date("2026-11-22T12:00:00Z"));
+    if (before) await page.addInitScript(before);
     await page.goto(url);
     return page;
 }
@@ -104,3 +106,27 @@ export async function played(page) {
 export const unfold = (page, summary) => page.click(`summary:has-text("${summary}")`);
 
 export const verdict = (page) => page.textContent("#night .verdict");
+
+/**
+ * What a function of the program returns in a worker of the page. The names and arguments of noctara.js.
+ * A text comes back as the SHA-256 of it.
+ */
+export async function digestInWorker(page, name, args) {
+    return page.evaluate(
+        async ([called, given]) => {
+            if (!window.testWorker) {
+                const text = (id) => document.getElementById(id).textContent.trim();
+                window.testWorker = new Worker(URL.createObjectURL(new Blob([text("worker")])));
+                window.testWorker.postMessage({ binary: Uint8Array.from(atob(text("program")), (c) => c.charCodeAt(0)) });
+            }
+            const { result, error } = await new Promise((done) => {
+                window.testWorker.onmessage = ({ data }) => done(data);
+                window.testWorker.postMessage({ id: 1, name: called, args: given });
+            });
+            if (error) throw new Error(error);
+            const digest = await crypto.subtle.digest("SHA-256", new TextEncoder().encode(result));
+            return [...new Uint8Array(digest)].map((byte) => byte.toString(16).padStart(2, "0")).join("");
+        },
+        [name, args],
+    );
+}

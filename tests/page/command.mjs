@@ -1,6 +1,6 @@
 /// The command, beside which the tests hold the page's program.
 import { execFileSync } from "node:child_process";
-import { mkdtempSync, readFileSync, rmSync } from "node:fs";
+import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 
@@ -22,6 +22,26 @@ export function command(...args) {
         return error.stdout;
     }
 }
+
+/** The text of a random scenario. */
+export const randomScenario = (seed) =>
+    execFileSync(join(root, "build-tests/tests/noctara-random-scenario"), [String(seed)], { encoding: "utf8" });
+
+function fileOfScenario(scenario) {
+    const file = join(folder, "night.toml");
+    writeFileSync(file, scenario);
+    return file;
+}
+
+/** The trace that the command writes of a scenario, which is a text. */
+export function traceOfCommand(scenario) {
+    const trace = join(folder, "night.jsonl");
+    command("night", fileOfScenario(scenario), "--quiet", "--trace", trace);
+    return readFileSync(trace, "utf8");
+}
+
+/** The data of the report of a night whose scenario is a text. */
+export const nightData = (scenario) => reportData("night", fileOfScenario(scenario));
 
 /** The data of the report that the command writes. */
 export function reportData(...args) {

@@ -1,27 +1,11 @@
 /// The nights of the page's program beside those of the command.
 import assert from "node:assert/strict";
-import { execFileSync } from "node:child_process";
-import { readdirSync, readFileSync, writeFileSync } from "node:fs";
+import { readdirSync, readFileSync } from "node:fs";
 import { join } from "node:path";
 import { test } from "node:test";
 
-import { command, folder, reportData } from "./command.mjs";
+import { nightData, randomScenario, traceOfCommand } from "./command.mjs";
 import { noctara, root } from "./program.mjs";
-
-const randomScenario = (seed) =>
-    execFileSync(join(root, "build-tests/tests/noctara-random-scenario"), [String(seed)], { encoding: "utf8" });
-
-function fileOf(scenario) {
-    const file = join(folder, "night.toml");
-    writeFileSync(file, scenario);
-    return file;
-}
-
-function traceOfCommand(scenario) {
-    const trace = join(folder, "night.jsonl");
-    command("night", fileOf(scenario), "--quiet", "--trace", trace);
-    return readFileSync(trace, "utf8");
-}
 
 function assertSameTrace(scenario) {
     const ours = noctara.traceOfNight(scenario).split("\n");
@@ -41,7 +25,7 @@ function withoutZoneNames(night) {
 function assertSameReport(scenario) {
     assert.deepEqual(
         withoutZoneNames(noctara.night(scenario)),
-        withoutZoneNames(reportData("night", fileOf(scenario))),
+        withoutZoneNames(nightData(scenario)),
     );
 }
 

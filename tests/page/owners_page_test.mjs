@@ -5,12 +5,13 @@ import { createServer } from "node:http";
 import { readdirSync, readFileSync, statSync, writeFileSync } from "node:fs";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
+import { createHash } from "node:crypto";
 import { gzipSync } from "node:zlib";
 
 import {
-    axeFaults, choose, downloaded, drop, fileOf, give, launch, open, pageFile, played, refusal, told, unfold, verdict,
+    axeFaults, choose, digestInWorker, downloaded, drop, fileOf, give, launch, open, pageFile, played, refusal, told, unfold, verdict,
 } from "./browser.mjs";
-import { command, folder, reportData } from "./command.mjs";
+import { command, folder, randomScenario, reportData, traceOfCommand } from "./command.mjs";
 import { noctara, root } from "./program.mjs";
 
 let browser;
@@ -77,6 +78,26 @@ for (const [name, file] of [["still.csv", still], ["still.csv.gz", gzipSync(stil
         assert.equal(lines[0], ofCommand[0]);
         assert.ok(!lines.some((line) => line.includes("--")));
         assert.deepEqual(page.complaints, []);
+        await page.context().close();
+    });
+
+// The first byte of these files is for the fuzzer.
+for (const name of ["at-rest-screen-up.csv", "walking-stairs.csv"])
+    test(`the start of the real recording ${name} has the advice of the command, read in two ways`, async () => {
+        const path = join(folder, name);
+        writeFileSync(path, readFileSync(join(root, "tests/fuzz/corpus/recordings", name)).subarray(1));
+        const page = await open(browser);
+        const advice = () => page.$$eval("#recording .verdict", (all) => all.map((line) => line.textContent));
+        await give(page, "recording", path);
+        await told(page, "recording", "readings");
+        const ofCommand = reportData("detect", path).verdict;
+        assert.deepEqual(await advice(), ofCommand.map((line) => line.replace("--axes", "the choice “Axes”")));
+        await unfold(page, "Read the recording in another way");
+        await page.fill("[name=rate]", "1");
+        await page.keyboard.press("Tab");
+        await page.locator("#recording .remarks", { hasText: "as the choice “Readings a second” says" }).waitFor();
+        const slower = reportData("detect", path, "--rate", "1").verdict;
+        assert.deepEqual(await advice(), slower.map((line) => line.replace("--axes", "the choice “Axes”")));
         await page.context().close();
     });
 
@@ -416,6 +437,18 @@ async function recordedSummary(z, options = {}) {
     return summary;
 }
 
+test("the ready-made nights and 50 random ones have the traces of the command, byte for byte", async () => {
+    const scenarios = join(root, "scenarios");
+    const readyMade = readdirSync(scenarios).filter((file) => file.endsWith(".toml")).map((file) => readFileSync(join(scenarios, file), "utf8"));
+    const random = Array.from({ length: 50 }, (_, i) => randomScenario(1000 + i));
+    const page = await open(browser);
+    for (const scenario of [...readyMade, ...random]) {
+        const ofCommand = createHash("sha256").update(traceOfCommand(scenario)).digest("hex");
+        assert.equal(await digestInWorker(page, "traceOfNight", [scenario]), ofCommand, scenario);
+    }
+    await page.context().close();
+});
+
 test("a phone records its own motion, along the axes of its browser", async () => {
     const userAgent = "Mozilla/5.0 (iPhone; CPU iPhone OS 17_0 like Mac OS X) AppleWebKit/605.1.15 Version/17.0 Safari/604.1";
     const [android, iphone] = await Promise.all([recordedSummary(9.8), recordedSummary(-9.8, { userAgent })]);
@@ -460,6 +493,15 @@ for (const colorScheme of ["light", "dark"])
             assert.ok(await noScroll());
             await page.context().close();
         });
+
+test("a browser that is too old is told so", async () => {
+    const without = { "Intl.supportedValuesOf": () => delete Intl.supportedValuesOf, Worker: () => delete window.Worker };
+    for (const [name, before] of Object.entries(without)) {
+        const page = await open(browser, { before });
+        assert.match(await page.textContent("main > .wrong"), /^This browser cannot show the page; use one of 2023/, name);
+        await page.context().close();
+    }
+});
 
 test("the panels are reached by the keyboard", async () => {
     const page = await open(browser);
