@@ -1,5 +1,7 @@
 /// Scenarios, for the page's script.
 #include "command/night_player.h"
+#include "input/bad_input.h"
+#include "input/printable.h"
 #include "night/event_words.h"
 #include "night/scenario_file.h"
 #include "night/scenario_text.h"
@@ -12,6 +14,7 @@
 #include "settings/setting_value.h"
 #include "settings/settings_file.h"
 
+#include <exception>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
@@ -28,6 +31,17 @@ std::optional<std::string> textIn(const Json& question, const char* key) {
     return found == question.end() ? std::nullopt : std::optional(found->get<std::string>());
 }
 
+/// A property list can have values that a scenario file cannot have.
+void requireWritable(const Scenario& scenario, const std::string& file) {
+    try {
+        parseScenario(scenarioText(scenario), nameForErrors);
+    } catch (const std::exception&) {
+        throw BadInput(printable(file) +
+                       ": a night cannot be played with it here, because a scenario file cannot "
+                       "have all of its values, such as data");
+    }
+}
+
 Scenario changedScenario(const Json& question) {
     std::string text = textIn(question, "scenario").value_or(std::string(typicalNight));
     // The old events might be before a new start.
@@ -36,8 +50,10 @@ Scenario changedScenario(const Json& question) {
     Scenario scenario = parseScenario(
         text, nameForErrors,
         {textIn(question, "start"), textIn(question, "end"), textIn(question, "timezone")});
-    if (const auto file = textIn(question, "file"))
+    if (const auto file = textIn(question, "file")) {
         scenario.settings = readSettingsFile(*file);
+        requireWritable(scenario, *file);
+    }
     if (const auto key = textIn(question, "key")) {
         const PropertyList value =
             parseSettingValue("set", *key, question.at("value").get<std::string>());

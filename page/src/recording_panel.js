@@ -67,17 +67,10 @@ export class RecordingPanel extends Panel {
     }
 
     /** Reads a File. `axes` are those of the device, if they are known. */
-    async open(file, axes = "") {
-        const before = this.file;
-        const values = this.fields.map(({ control }) => control.value);
+    open(file, axes = "") {
         this.file = file;
         for (const { key, control } of this.fields) control.value = key === "axes" ? axes : "";
-        if (await this.read()) return;
-        // A file that cannot be read takes nothing away, and can be read in another way.
-        if (before && !this.choices.open) {
-            this.file = before;
-            this.fields.forEach(({ control }, i) => (control.value = values[i]));
-        }
+        return this.read();
     }
 
     readAgain() {

@@ -111,13 +111,17 @@ function makeHours(night, local, width) {
     });
 }
 
+/** The place of a time on a track, in percent. An event after the end stands at the end. */
+const placeOf = (at, length) => 100 * Math.min(at / length, 1);
+
 /** The bars of a lane in which values last: from each event to the next. */
 function makeBars(events, length) {
     return events.map((event, index) => {
         const until = events[index + 1]?.at ?? length;
         const bar = make("span", { class: `bar ${lookOf(event)}` }, valueInWords(event));
-        bar.style.left = `${(100 * event.at) / length}%`;
-        bar.style.width = `${(100 * Math.max(until - event.at, 0)) / length}%`;
+        const [left, right] = [placeOf(event.at, length), placeOf(until, length)];
+        bar.style.left = `${left}%`;
+        bar.style.width = `${right - left}%`;
         return bar;
     });
 }
@@ -194,7 +198,7 @@ export class Timeline {
         }
         const clock = this.local.clock(event.at);
         handle.className = `handle ${lookOf(event)}`;
-        handle.style.left = `${(100 * event.at) / this.night.length}%`;
+        handle.style.left = `${placeOf(event.at, this.night.length)}%`;
         handle.title = `${clock} ${event.words ?? ""}`;
         handle.setAttribute("aria-label", event.words ?? lane.kind.name);
         handle.setAttribute("aria-valuemax", String(this.night.length));

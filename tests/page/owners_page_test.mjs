@@ -103,6 +103,8 @@ for (const name of ["at-rest-screen-up.csv", "walking-stairs.csv"])
 
 test("a recording without times is read when the user says the rate", async () => {
     const page = await open(browser);
+    await give(page, "recording", fileOf("still.csv", still));
+    await told(page, "recording", "600 readings");
     await give(page, "recording", fileOf("bare.csv", "x,y,z\n" + "0.01,0.02,-0.998\n".repeat(400)));
     assert.match(await refusal(page, "recording"), /^bare\.csv:1: .*the choice “Readings a second”\.?$/);
     await unfold(page, "Read the recording in another way");
@@ -253,6 +255,27 @@ test("the night can be played with the settings of the file", async () => {
     await told(page, "night", "The night has the settings of s.plist.");
     await played(page);
     assert.match(await verdict(page), /^Never quiet: monitoring is switched off/);
+    await page.context().close();
+});
+
+test("a settings file that a scenario cannot hold is refused for the night", async () => {
+    const page = await open(browser);
+    const plist = "<plist><dict><key>Enabled</key><true/><key>x</key><data>AAEC</data></dict></plist>";
+    await give(page, "settings", fileOf("data.plist", plist));
+    await told(page, "settings", "data.plist");
+    await page.click("text=Play a night with these settings");
+    assert.match(await refusal(page, "night"), /^data\.plist: a night cannot be played/);
+    await played(page);
+    assert.match(await verdict(page), /^Quiet for/);
+    await page.context().close();
+});
+
+test("an event after the end stands at the end", async () => {
+    const page = await open(browser);
+    await give(page, "night", fileOf("late.toml", "hours = 1\n[[event]]\nat = 22:40:00\ncharger = true\n[[event]]\nat = 23:59:00\ncharger = false\n"));
+    await told(page, "night", "late.toml");
+    assert.deepEqual(await page.$$eval(".handle", (all) => all.map((handle) => handle.style.left)), ["16.6667%", "100%"]);
+    assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= innerWidth));
     await page.context().close();
 });
 
