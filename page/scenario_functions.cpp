@@ -42,6 +42,14 @@ void requireWritable(const Scenario& scenario, const std::string& file) {
     }
 }
 
+/// When an event of the question happens.
+Date dateOf(const Json& event, const Scenario& scenario) {
+    if (!event.contains("local"))
+        return {scenario.start.secondsSince1970 + event.at("at").get<double>()};
+    const std::string text = event["local"];
+    return instantOf(writtenTime("an event", text, TimeForm::WithDay), TimeZone(scenario.timezone));
+}
+
 Scenario changedScenario(const Json& question) {
     std::string text = textIn(question, "scenario").value_or(std::string(typicalNight));
     // The old events might be before a new start.
@@ -64,9 +72,7 @@ Scenario changedScenario(const Json& question) {
         return scenario;
     std::vector<WrittenEvent> events;
     for (const auto& event : question["events"])
-        events.push_back({{scenario.start.secondsSince1970 + event.at("at").get<double>()},
-                          event.at("action"),
-                          event.at("value")});
+        events.push_back({dateOf(event, scenario), event.at("action"), event.at("value")});
     return parseScenario(scenarioText(scenario, events), nameForErrors);
 }
 

@@ -119,6 +119,11 @@ void RecordingConversion::chooseTimes(const RecordingSurvey& survey, const Recor
     if (options.rate) {
         step = 1 / *options.rate;
         span = static_cast<double>(survey.count() - 1) / *options.rate;
+        // A single reading lasts a step, too.
+        if (std::max(step, span) > longestDays * secondsPerDay)
+            throw BadInput(fmt::format("{}: at {:.3g} readings a second it spans {:.3g} days; give "
+                                       "a higher rate with --rate HZ",
+                                       file, *options.rate, std::max(step, span) / secondsPerDay));
         remarks.push_back(
             fmt::format("time: {:.3g} readings a second, as --rate says", *options.rate));
         return;

@@ -25,20 +25,13 @@ const kinds = [
     ["A button is pressed", "button", "true"],
 ];
 
-const secondsOfDay = 86400;
+const notInNight = "The night does not reach this time.";
 
-/** The time of the night at which its clock shows `text`, "23:30" or "23:30:05": the nearest to `near`. */
-export function timeOfClock(text, local, length, near) {
-    const [hours, minutes, seconds = 0] = text.split(":").map(Number);
-    const wanted = hours * 3600 + minutes * 60 + seconds;
-    const found = [];
-    local.spans.forEach(([from, ahead], index) => {
-        const end = local.spans[index + 1]?.[0] ?? length + 1;
-        const begins = Math.max(from, 0);
-        const wait = (((wanted - begins - ahead) % secondsOfDay) + secondsOfDay) % secondsOfDay;
-        for (let at = begins + wait; at < end && at <= length; at += secondsOfDay) found.push(at);
-    });
-    return found.sort((one, other) => Math.abs(one - near) - Math.abs(other - near))[0];
+/** Says at a field what is wrong with it, until it is changed. */
+function refuse(field, sentence) {
+    field.setCustomValidity(sentence);
+    field.reportValidity();
+    field.addEventListener("input", () => field.setCustomValidity(""), { once: true });
 }
 
 export class EventList {
@@ -48,7 +41,7 @@ export class EventList {
         this.rows = make("ul", { class: "events" });
         this.byEvent = new Map();
         this.kind = make("select", { id: freshId("kind") }, kinds.map(([words], index) => make("option", { value: String(index) }, words)));
-        this.time = make("input", { id: freshId("time"), type: "time", step: "1", required: true });
+        this.time = make("input", { id: freshId("time"), step: "1", required: true });
         this.element = make(
             "div",
             { class: "event-list" },
@@ -67,11 +60,9 @@ export class EventList {
 
     add(submission) {
         submission.preventDefault();
-        const at = timeOfClock(this.time.value, this.local, this.night.length, this.night.length / 2);
+        const at = this.times.ofField(this.time.value, this.times.length / 2);
         if (at === undefined) {
-            this.time.setCustomValidity("The night does not reach this time.");
-            this.time.reportValidity();
-            this.time.oninput = () => this.time.setCustomValidity("");
+            refuse(this.time, notInNight);
             return;
         }
         const [, action, value] = kinds[this.kind.value];
@@ -80,35 +71,56 @@ export class EventList {
 
     makeRow(event) {
         const time = make("input", {
-            type: "time",
             step: "1",
             onchange: () => {
-                const at = timeOfClock(time.value || "x", this.local, this.night.length, event.at);
-                if (at === undefined) time.value = this.local.clock(event.at);
+                const at = time.value ? this.times.ofField(time.value, event.at) : undefined;
+                if (at === undefined) refuse(time, notInNight);
                 else if (at !== event.at) this.handlers.moved(event, at);
             },
+            onblur: () => row.show(),
         });
         const words = make("span", { class: "words" });
-        const remove = make("button", { type: "button", onclick: () => this.handlers.removed(event) }, "Remove");
-        const show = () => {
-            words.textContent = event.words ?? "";
-            time.setAttribute("aria-label", `Time: ${words.textContent}`);
-            remove.setAttribute("aria-label", `Remove: ${words.textContent}`);
-            if (document.activeElement !== time) time.value = this.local.clock(event.at);
+        const remove = make("button", { type: "button", onclick: () => this.remove(event) }, "Remove");
+        const row = {
+            element: make("li", {}, time, words, remove),
+            remove,
+            show: () => {
+                words.textContent = event.words ?? "";
+                time.setAttribute("aria-label", `Time: ${words.textContent}`);
+                remove.setAttribute("aria-label", `Remove: ${this.times.words(event.at)} ${words.textContent}`);
+                if (document.activeElement === time) return;
+                time.type = this.times.fieldType;
+                time.value = this.times.field(event.at);
+                time.setCustomValidity("");
+            },
         };
-        return { element: make("li", {}, time, words, remove), show };
+        return row;
     }
 
-    show(night, local) {
-        this.night = night;
-        this.local = local;
-        for (const event of this.byEvent.keys()) if (!night.events.includes(event)) this.byEvent.delete(event);
-        for (const event of night.events) if (!this.byEvent.has(event)) this.byEvent.set(event, this.makeRow(event));
-        const rows = night.events.map((event) => this.byEvent.get(event));
+    /** The focus goes to the next event, or to the form. */
+    remove(event) {
+        const { events } = this;
+        const next = events[events.indexOf(event) + 1] ?? events[events.indexOf(event) - 1];
+        (next ? this.byEvent.get(next).remove : this.kind).focus();
+        this.handlers.removed(event);
+    }
+
+    show(events, times) {
+        this.events = events;
+        const isOther = this.times?.fieldType !== times.fieldType;
+        this.times = times;
+        for (const event of this.byEvent.keys()) if (!events.includes(event)) this.byEvent.delete(event);
+        for (const event of events) if (!this.byEvent.has(event)) this.byEvent.set(event, this.makeRow(event));
+        const rows = events.map((event) => this.byEvent.get(event));
         for (const row of rows) row.show();
+        const focused = document.activeElement;
+        const isTyped = this.rows.contains(focused) && focused.tagName === "INPUT" && rows.length === this.rows.childElementCount;
         // A row that moves would lose the focus.
-        if (!this.rows.contains(document.activeElement) || rows.length !== this.rows.childElementCount)
-            fill(this.rows, rows.map(({ element }) => element));
-        if (!this.time.value) this.time.value = local.clock(night.length / 2);
+        if (!isTyped) fill(this.rows, rows.map(({ element }) => element));
+        if (!isTyped && this.rows.contains(focused)) focused.focus();
+        if (isOther || !this.time.value) {
+            this.time.type = times.fieldType;
+            this.time.value = times.field(times.length / 2);
+        }
     }
 }

@@ -1,22 +1,17 @@
 /// What would the night have been? A scenario, changed by hand, and its report.
 import { fill, freshId, make } from "../../report/page/src/dom.js";
-import { LocalTimes } from "../../report/page/src/local_time.js";
-import { drawNight, nightHeading } from "../../report/page/src/night.js";
+import { drawNight, makeSummary, nightHeading } from "../../report/page/src/night.js";
 import { EventList } from "./event_list.js";
 import { download, fileButton } from "./files.js";
+import { localSeconds, localText, NightTimes } from "./night_times.js";
 import { Panel } from "./panel.js";
 import { drawSettings } from "./settings_form.js";
 import { Timeline } from "./timeline.js";
 
 const secondsOfDay = 86400;
 
-/** Seconds between two local times such as "2014-03-01T22:30:00". */
-const secondsBetween = (from, to) => (Date.parse(`${to}Z`) - Date.parse(`${from}Z`)) / 1000;
-
-/** A local time, moved by a number of seconds. */
-const movedBy = (local, seconds) => new Date(Date.parse(`${local}Z`) + seconds * 1000).toISOString().slice(0, 19);
-
-const withSeconds = (local) => (local.length === 16 ? `${local}:00` : local);
+/// A night that takes longer than this to play says so. In milliseconds.
+const longWait = 300;
 
 /** Last night, in the zone of the browser. */
 function lastNight() {
@@ -31,26 +26,27 @@ function lastNight() {
     };
 }
 
-/** Texts of the C++ name the options of the command. */
-const inWordsOfThePage = (text) => text.replaceAll("--start", "Start").replaceAll("--end", "End").replaceAll("--timezone", "Time zone");
+/** Texts of the C++ name the options of the command, and places in a text that the user does not see. */
+function inWordsOfThePage(text) {
+    const names = { "--start": "Start", "--end": "End", "--timezone": "Time zone" };
+    return Object.entries(names).reduce((words, [option, name]) => words.replaceAll(option, name), text)
+        .replace(/^the scenario:\d+:\d+: /, "");
+}
+
+const inOrder = (events) => [...events].sort((one, other) => one.at - other.at);
 
 export class NightPanel extends Panel {
     constructor(element, program) {
         super(element);
         this.program = program;
-        this.timeline = new Timeline({
-            moved: (event, at, isDragging) => this.move(event, at, isDragging),
-            removed: (event) => this.changeEvents(this.night.events.filter((other) => other !== event)),
-            drawn: (events) => this.draw(events),
-        });
-        this.list = new EventList({
-            moved: (event, at) => this.move(event, at, false),
-            removed: (event) => this.changeEvents(this.night.events.filter((other) => other !== event)),
-            added: (event) => this.changeEvents([...this.night.events, event]),
-        });
+        const removed = (event) => this.setEvents(this.events.filter((other) => other !== event));
+        const moved = (event, at, isDragging = false) => this.move(event, at, isDragging);
+        const added = (event) => this.setEvents([...this.events, event]);
+        this.timeline = new Timeline({ moved, removed, drawn: (events) => this.setEvents([...this.events, ...events], true) });
+        this.list = new EventList({ moved, removed, added });
         this.result = make("div", { class: "result" });
         this.settings = make("div", { class: "settings" });
-        this.frame = this.makeFrame();
+        const part = (summary, content) => make("details", { class: "choices" }, make("summary", {}, summary), content);
         element.append(
             make(
                 "div",
@@ -59,20 +55,21 @@ export class NightPanel extends Panel {
                 make("p", {}, "Drag what happened to its time, and draw over an empty part of a lane to add something. The night is played again as you drag, and what Noctara did is shown below."),
                 this.timeline.element,
                 make("p", { class: "hint" }, "Keys: ← → move the chosen event by a minute, Page Up and Page Down by a quarter of an hour, Delete removes it."),
-                make("details", { class: "choices" }, make("summary", {}, "Exact times, and other events"), this.list.element),
-                make("details", { class: "choices" }, make("summary", {}, "Date, hours and time zone"), this.frame),
-                make("details", { class: "choices" }, make("summary", {}, "Settings of this night"), this.settings),
+                this.notices,
+                part("Exact times, and other events", this.list.element),
+                part("Date, hours and time zone", this.makeFrame()),
+                part("Settings of this night", this.settings),
                 make(
                     "div",
                     { class: "actions" },
                     fileButton("Choose a scenario…", ".toml,application/toml", (file) => this.open(file)),
-                    make("button", { type: "button", onclick: () => download("night.toml", this.night.scenario) }, "Download the scenario"),
+                    make("button", { type: "button", onclick: () => this.inTurn(() => download("night.toml", this.night.scenario)) }, "Download the scenario"),
                     make("button", { type: "button", onclick: () => this.begin() }, "Begin again"),
                 ),
-                this.notices,
             ),
             this.result,
         );
+        element.inert = true; // Until there is a night.
         this.begin();
     }
 
@@ -81,28 +78,40 @@ export class NightPanel extends Panel {
             control.id = freshId("frame");
             return make("div", {}, make("label", { for: control.id }, name), control);
         };
-        const change = () => this.changeFrame();
-        this.start = make("input", { type: "datetime-local", step: "1", onchange: change });
-        this.end = make("input", { type: "datetime-local", step: "1", onchange: change });
+        this.start = make("input", { type: "datetime-local", step: "1", required: true });
+        this.end = make("input", { type: "datetime-local", step: "1", required: true });
         const zones = [...new Set(["UTC", ...Intl.supportedValuesOf("timeZone")])];
-        this.zone = make("select", { onchange: change }, zones.map((zone) => make("option", {}, zone)));
-        return make("div", { class: "fields" }, field("Start", this.start), field("End", this.end), field("Time zone", this.zone));
+        this.zone = make("select", {}, zones.map((zone) => make("option", {}, zone)));
+        const changed = (event) => {
+            event.preventDefault();
+            this.changeFrame();
+        };
+        return make(
+            "form",
+            { class: "fields", onsubmit: changed },
+            field("Start", this.start),
+            field("End", this.end),
+            field("Time zone", this.zone),
+            make("button", {}, "Apply"),
+        );
     }
 
     begin() {
-        return this.attempt(async () => {
+        return this.inTurn(async () => {
             let night;
             try {
                 night = await this.program.ask("scenario", [lastNight()]);
             } catch {
-                night = await this.program.ask("scenario", [{}]); // The clocks skip the start, for example.
+                // The typical night is used as it is if the clocks skip the start in this zone.
+                night = await this.program.ask("scenario", [{}]);
             }
-            await this.take(night);
+            this.take(night, night.events);
+            await this.playOnce(false);
         });
     }
 
     open(file) {
-        return this.attempt(async () => {
+        return this.inTurn(async () => {
             const most = 1 << 20;
             if (file.size > most) throw new Error(`${file.name}: larger than 1 MiB; give a scenario file`);
             const text = await file.text();
@@ -112,112 +121,137 @@ export class NightPanel extends Panel {
             } catch (error) {
                 throw new Error(error.message.replace(/^the scenario/, file.name));
             }
-            await this.take(night);
-            this.tell(`This is ${file.name}.`);
+            this.take(night, night.events);
+            await this.playOnce(false, `This is ${file.name}.`);
         });
     }
 
     /** Takes the settings of a settings file {file, bytes}. */
     takeSettings(file) {
-        return this.change("scenarioWithSettings", [this.night.scenario, file], `The night has the settings of ${file.file}.`);
+        return this.change("scenarioWithSettings", () => ({}), [file], `The night has the settings of ${file.file}.`);
     }
 
-    /** Shows another night, and plays it. */
-    async take(night) {
-        this.night = night;
-        this.local = new LocalTimes(night.localTimes);
-        this.show();
-        await this.play(false);
-    }
-
-    /** Asks the program for a changed night. */
-    async change(name, args, told = "") {
-        const done = await this.attempt(async () => {
+    /**
+     * Asks the program for a changed night, and plays it. `question()` returns what scenarioOf in
+     * script_functions.h has to change; it is called when all earlier changes are made.
+     */
+    async change(name, question, more = [], told = "") {
+        const done = await this.inTurn(async () => {
+            const events = inOrder(this.events);
+            const times = events.map(({ at }) => at);
             try {
-                await this.take(await this.program.ask(name, args));
+                const night = await this.program.ask(name, [{ scenario: this.night.scenario, events, ...question() }, ...more]);
+                this.take(night, keptEvents(events, times, night.events));
             } catch (error) {
                 throw new Error(inWordsOfThePage(error.message));
             }
-            this.tell(told);
+            await this.playOnce(false, told);
         });
         if (!done) this.show();
     }
 
+    /** Makes this the night. */
+    take(night, events) {
+        this.night = night;
+        this.events = inOrder(events);
+        this.times = new NightTimes(night);
+        this.element.inert = false;
+        this.show();
+    }
+
+    /** The events keep their local times, and the end moves by as many days as the start. */
     changeFrame() {
-        const { night } = this;
-        const [start, end] = [this.start, this.end].map(({ value }) => withSeconds(value));
-        if (!start || !end) return this.show();
-        // The events keep their local times. The end follows to another day.
-        const later = secondsBetween(night.start, start);
-        const days = Math.round(later / secondsOfDay) * secondsOfDay;
-        const events = night.events.map((event) => ({ ...event, at: Math.max(event.at - (later - days), 0) }));
-        const newEnd = end === night.end ? movedBy(end, days) : end;
-        return this.change("scenario", [{ scenario: night.scenario, start, end: newEnd, timezone: this.zone.value, events }]);
+        return this.change("scenario", () => {
+            const { night, times } = this;
+            const dayOf = (text) => Math.floor(localSeconds(text) / secondsOfDay);
+            const days = (dayOf(this.start.value) - dayOf(night.start)) * secondsOfDay;
+            const isSameEnd = localSeconds(this.end.value) === localSeconds(night.end);
+            const later = inOrder(this.events).map(({ at, action, value }) => ({ local: localText(times.localSecondsAt(at) + days), action, value }));
+            if (later.some(({ local }) => localSeconds(local) < localSeconds(this.start.value)))
+                throw new Error("Start: an event is before it; move the event first, or give an earlier start.");
+            return {
+                start: localText(localSeconds(this.start.value)),
+                end: localText(localSeconds(this.end.value) + (isSameEnd ? days : 0)),
+                timezone: this.zone.value,
+                events: later,
+            };
+        });
     }
 
-    changeEvents(events) {
-        return this.change("scenario", [{ scenario: this.night.scenario, events: inOrder(events) }]);
-    }
-
-    /** Adds events that are being drawn. */
-    draw(events) {
-        this.night.events.push(...events);
-        return this.move(events[1], events[1].at, true);
+    setEvents(events, isDragging = false) {
+        this.events = inOrder(events);
+        this.showEvents();
+        return this.play(isDragging);
     }
 
     move(event, at, isDragging) {
         event.at = at;
-        this.night.events = inOrder(this.night.events);
-        this.showEvents();
-        return this.attempt(() => this.play(isDragging));
+        return this.setEvents(this.events, isDragging);
     }
 
-    /** Plays the night. While it does so, only the last of further calls counts. */
-    async play(isDragging) {
-        this.wanted = { isDragging };
-        if (this.isPlaying) return;
-        this.isPlaying = true;
+    /** Plays the night in its turn. A call that still waits for its turn serves later calls, too. */
+    play(isDragging) {
+        this.isDragging = isDragging;
+        if (this.isDue) return;
+        this.isDue = true;
+        this.inTurn(async () => {
+            this.isDue = false;
+            await this.playOnce(this.isDragging);
+        });
+    }
+
+    /** Plays the night. Advice takes longer, because several nights are played for it: it follows. */
+    async playOnce(isDragging, told = "") {
+        const slow = setTimeout(() => this.tell("Playing the night …"), longWait);
         try {
-            while (this.wanted) {
-                const { isDragging: isQuick } = this.wanted;
-                this.wanted = undefined;
-                await this.playOnce(isQuick);
-            }
+            told = [told, await this.writeScenario()].filter(Boolean).join(" ");
+            const data = await this.program.ask("night", [this.night.scenario, { advice: false }]);
+            this.report(data);
+            if (isDragging) return;
+            this.tell(`${told} ${data.verdict[0]}`.trim());
+        } catch (error) {
+            throw new Error(inWordsOfThePage(error.message));
         } finally {
-            this.isPlaying = false;
+            clearTimeout(slow);
         }
+        this.follow(async () => {
+            if (this.isDue) return;
+            const { scenario } = this.night;
+            const data = await this.program.ask("night", [scenario]);
+            if (this.isDue || scenario !== this.night.scenario) return;
+            this.result.querySelector(".summary").replaceWith(makeSummary(data));
+            this.tell(`${told} ${data.verdict[0]}`.trim());
+        });
     }
 
-    /** Advice takes longer than the night itself, so a night without it comes first. */
-    async playOnce(isQuick) {
-        const { night } = this;
-        const asked = [...night.events];
-        const { scenario, events } = await this.program.ask("scenario", [{ scenario: night.scenario, events: asked }]);
-        night.scenario = scenario;
-        asked.forEach((event, index) => (event.words ??= events[index].words));
-        if (night === this.night) this.showEvents();
-        this.report(await this.program.ask("night", [scenario, { advice: false }]));
-        if (isQuick || this.wanted || night !== this.night) return;
-        const advised = await this.program.ask("night", [scenario]);
-        if (!this.wanted && night === this.night) this.report(advised);
+    /** Writes the events into the scenario. Returns a sentence about what could not be written. */
+    async writeScenario() {
+        const asked = inOrder(this.events);
+        const times = asked.map(({ at }) => at);
+        const { scenario, events } = await this.program.ask("scenario", [{ scenario: this.night.scenario, events: asked }]);
+        this.night.scenario = scenario;
+        keptEvents(asked, times, events);
+        this.showEvents();
+        const isMoved = events.some(({ at }, index) => at !== times[index]);
+        return isMoved ? "The clocks show a time twice in this night, and a scenario can name only the first: the event has moved there." : "";
     }
 
     showEvents() {
-        this.timeline.show(this.night, this.local);
-        this.list.show(this.night, this.local);
+        this.timeline.show(this.events, this.times);
+        this.list.show(this.events, this.times);
     }
 
     /** Shows the night itself, without its report. */
     show() {
         const { night } = this;
+        if (!night) return;
         this.showEvents();
-        this.start.value = night.start;
-        this.end.value = night.end;
         if (![...this.zone.options].some(({ value }) => value === night.timezone)) this.zone.append(make("option", {}, night.timezone));
-        this.zone.value = night.timezone;
-        drawSettings(night.settings, this.settings, (key, value) =>
-            this.change("scenario", [{ scenario: night.scenario, key, value }]),
-        );
+        // Another change leaves what is being typed as it is.
+        const frame = [night.start, night.end, night.timezone];
+        if (String(frame) !== String(this.shownFrame)) [this.start.value, this.end.value, this.zone.value] = frame;
+        this.shownFrame = frame;
+        drawSettings(night.settings, this.settings, (key, value) => this.change("scenario", () => ({ key, value })));
     }
 
     report(data) {
@@ -230,6 +264,16 @@ export class NightPanel extends Panel {
     }
 }
 
-function inOrder(events) {
-    return [...events].sort((one, other) => one.at - other.at);
+/**
+ * The events of an answer, as the objects that were asked about with these times. An event that was
+ * moved meanwhile keeps its new time.
+ */
+function keptEvents(asked, times, answered) {
+    return answered.map((event, index) => {
+        const same = asked[index];
+        if (same?.action !== event.action || same.value !== event.value) return event;
+        same.words = event.words;
+        if (same.at === times[index]) same.at = event.at;
+        return same;
+    });
 }

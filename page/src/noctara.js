@@ -96,8 +96,8 @@ export async function startNoctara(makeModule, binary) {
         /** A scenario with changes; scenarioOf in script_functions.h says which. */
         scenario: (question) => ask("scenario", question),
 
-        /** The scenario with the settings of a file. */
-        scenarioWithSettings: (scenario, file) => askAbout("scenario", file, { scenario }),
+        /** The same, with the settings of a file. */
+        scenarioWithSettings: (question, file) => askAbout("scenario", file, question),
 
         /** The night of a scenario file, as the report draws it (docs/report.md). */
         night: (scenario, options = {}) => ask("night", { ...options, scenario }),

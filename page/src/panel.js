@@ -1,4 +1,5 @@
-/// What the panels of the page share: a status, a progress bar and one place for what went wrong.
+/// What the panels of the page share: a status, a progress bar, one place for what went wrong, and an
+/// order for what the user asks.
 import { make } from "../../report/page/src/dom.js";
 
 export class Panel {
@@ -6,6 +7,7 @@ export class Panel {
     constructor(element) {
         this.element = element;
         this.attempts = 0;
+        this.last = Promise.resolve();
         this.status = make("p", { class: "status", role: "status" });
         this.bar = make("progress", { max: "1", "aria-label": "Progress", hidden: true });
         this.alert = make("p", { class: "wrong", role: "alert", hidden: true });
@@ -26,23 +28,48 @@ export class Panel {
     complain(sentence) {
         this.alert.textContent = sentence;
         this.alert.hidden = sentence === "";
+        if (sentence) this.alert.scrollIntoView({ block: "nearest" });
     }
 
-    /** Runs `work`. If it fails, says why, and all that was shown stays. Returns whether it succeeded. */
-    async attempt(work) {
-        this.complain("");
+    /**
+     * Runs `work`. If it fails, says why, and all that was shown stays. Work that was aborted says
+     * nothing. Returns whether it succeeded.
+     */
+    async run(work) {
         this.countAttempts(1);
         try {
             await work();
             return true;
         } catch (error) {
-            this.tell("");
-            this.complain(error.message);
+            if (error.name !== "AbortError") {
+                this.tell("");
+                this.complain(error.message);
+            }
             return false;
         } finally {
-            this.showProgress(undefined);
             this.countAttempts(-1);
         }
+    }
+
+    /** Runs what the user asks. An older complaint goes away. */
+    attempt(work) {
+        this.complain("");
+        return this.run(work);
+    }
+
+    /** As `attempt`, after all earlier work that has turns. */
+    inTurn(work) {
+        this.complain("");
+        return this.follow(work);
+    }
+
+    /** As `run`, after all earlier work that has turns. */
+    follow(work) {
+        const turn = this.last.then(() => this.run(work));
+        this.last = turn;
+        this.countAttempts(1);
+        turn.then(() => this.countAttempts(-1));
+        return turn;
     }
 
     countAttempts(change) {

@@ -40,6 +40,7 @@ export class RecordingPanel extends Panel {
         this.result = make("div", { class: "result" });
         this.fields = Object.entries(options).map(([key, option]) => makeField(key, option, () => this.readAgain()));
         this.recordButton = make("button", { type: "button", onclick: () => this.record() }, "Record here");
+        this.stopButton = make("button", { type: "button", hidden: true, onclick: () => this.stop() }, "Stop");
         this.choices = make(
             "details",
             { class: "card choices", hidden: true },
@@ -58,6 +59,7 @@ export class RecordingPanel extends Panel {
                     { class: "actions" },
                     fileButton("Choose a recording…", ".csv,.tsv,.txt,.gz,text/csv,text/plain,application/gzip", (file) => this.open(file)),
                     this.recordButton,
+                    this.stopButton,
                 ),
                 this.notices,
             ),
@@ -77,23 +79,41 @@ export class RecordingPanel extends Panel {
         if (this.file) return this.read();
     }
 
+    /** Reads the file. A file that is still being read is given up. */
     read() {
         const { file } = this;
+        this.reading?.abort();
+        const reading = new AbortController();
+        this.reading = reading;
         return this.attempt(async () => {
             this.tell(`Reading ${file.name} …`);
             this.choices.hidden = false;
+            this.stopButton.hidden = false;
             const chosen = {};
             for (const { key, control } of this.fields)
                 if (control.value !== "") chosen[key] = key === "rate" ? Number(control.value) : control.value;
-            let data;
             try {
-                data = await this.program.ask("recording", [file, chosen], (share) => this.showProgress(share));
+                const data = await this.program.ask("recording", [file, chosen], {
+                    progress: (share) => this.showProgress(share),
+                    signal: reading.signal,
+                });
+                this.tell(`${file.name}: ${data.samples} readings.`);
+                this.draw(data);
             } catch (error) {
-                throw new Error(inWordsOfThePage(error.message));
+                if (error.name !== "AbortError") throw new Error(inWordsOfThePage(error.message));
+                throw error;
+            } finally {
+                if (this.reading === reading) {
+                    this.showProgress(undefined);
+                    this.stopButton.hidden = true;
+                }
             }
-            this.tell(`${file.name}: ${data.samples} readings.`);
-            this.draw(data);
         });
+    }
+
+    stop() {
+        this.reading?.abort();
+        this.tell("Stopped.");
     }
 
     draw(data) {

@@ -15,8 +15,8 @@ export class SettingsPanel extends Panel {
         this.keep = make(
             "div",
             { class: "actions", hidden: true },
-            make("button", { type: "button", onclick: () => download(this.file.file, this.file.bytes) }, "Download the file"),
-            make("button", { type: "button", onclick: () => play(this.file) }, "Play a night with these settings"),
+            make("button", { type: "button", onclick: () => this.inTurn(() => download(this.file.file, this.file.bytes)) }, "Download the file"),
+            make("button", { type: "button", onclick: () => this.inTurn(() => play(this.file)) }, "Play a night with these settings"),
         );
         element.append(
             make(
@@ -38,7 +38,7 @@ export class SettingsPanel extends Panel {
     }
 
     open(file) {
-        return this.attempt(async () => {
+        return this.inTurn(async () => {
             const answer = await this.program.ask("settings", [file]);
             this.show({ file: file.name, bytes: new Uint8Array(await file.arrayBuffer()) }, answer);
             this.tell(`This is ${file.name}.`);
@@ -46,7 +46,7 @@ export class SettingsPanel extends Panel {
     }
 
     begin() {
-        return this.attempt(async () => {
+        return this.inTurn(async () => {
             const { answer, bytes } = await this.program.ask("makeSettings", [{ file: usualName }]);
             this.show({ file: usualName, bytes }, answer);
             this.tell("This is a new file with the defaults. Download it to keep it.");
@@ -54,12 +54,13 @@ export class SettingsPanel extends Panel {
     }
 
     async change(key, text) {
-        const done = await this.attempt(async () => {
+        const done = await this.inTurn(async () => {
+            this.tell("Changing …");
             const { answer, bytes } = await this.program.ask("changeSetting", [this.file, key, text]);
             this.show({ ...this.file, bytes }, answer);
             this.tell(text === null ? `${key} is removed. Download the file to keep the change.` : `${key} is ${text}. Download the file to keep the change.`);
         });
-        if (!done) drawSettings(this.answer, this.form, (...edit) => this.change(...edit));
+        if (!done) this.show(this.file, this.answer);
     }
 
     show(file, answer) {

@@ -24,32 +24,40 @@ function valueInWords({ action, value }) {
     return { true: "on", false: "off" }[value] ?? value.replaceAll('"', "").replaceAll("-", " ");
 }
 
+const isLying = ({ value }) => value.includes("screen-");
+
 /** The colour of a value. */
 function lookOf({ action, value }) {
-    if (action === "posture") return value.includes("screen-") ? "lies" : "moves";
+    if (action === "posture") return isLying({ value }) ? "lies" : "moves";
     if (action === "charger" || action === "call") return value === "false" || value === '"none"' ? "off" : action;
     return value === "false" ? "off" : "on";
 }
+
+/// A finger or a mouse that moves less than this has not dragged. In CSS pixels.
+const shortestDrag = 3;
 
 /** A handle for an event on a track of a lane. */
 function makeHandle(event, track, handlers) {
     const handle = make("div", { class: "handle", tabindex: "0", role: "slider", "aria-valuemin": "0" });
     const moveTo = (at, isDragging) => handlers.moved(event, snapped(at, track.length()), isDragging);
-    let isDragging = false;
+    let drag;
     handle.addEventListener("pointerdown", (pointer) => {
         if (pointer.button !== 0) return;
-        isDragging = true;
+        drag = { x: pointer.clientX, ahead: event.at - track.timeAt(pointer), hasMoved: false };
         handle.setPointerCapture(pointer.pointerId);
         handle.focus();
         pointer.preventDefault();
         pointer.stopPropagation(); // The track would begin to draw.
     });
-    handle.addEventListener("pointermove", (pointer) => isDragging && moveTo(track.timeAt(pointer), true));
+    handle.addEventListener("pointermove", (pointer) => {
+        if (!drag) return;
+        drag.hasMoved ||= Math.abs(pointer.clientX - drag.x) >= shortestDrag;
+        if (drag.hasMoved) moveTo(track.timeAt(pointer) + drag.ahead, true);
+    });
     for (const end of ["pointerup", "pointercancel"])
         handle.addEventListener(end, () => {
-            if (!isDragging) return;
-            isDragging = false;
-            handlers.moved(event, event.at, false);
+            if (drag?.hasMoved) handlers.moved(event, event.at, false);
+            drag = undefined;
         });
     handle.addEventListener("keydown", (key) => {
         const next = {
@@ -68,45 +76,54 @@ function makeHandle(event, track, handlers) {
 const snapped = (at, length) => Math.min(Math.max(Math.round(at / step) * step, 0), length);
 
 /**
- * Lets the user draw over an empty part of a lane. `handlers.drawn(events)` adds two events; the second
- * follows the pointer.
+ * Lets the user draw over an empty part of a lane: `isEmptyAt(at)`. `handlers.drawn(events)` adds two
+ * events, which follow the pointer.
  */
-function letDraw({ action, values, length: usualLength }, track, handlers) {
-    let drawing;
+function letDraw({ action, values, length: usualLength }, track, isEmptyAt, handlers) {
     const { element } = track;
+    let drawing;
+    const events = () => drawing.events;
+    const span = (one, other) => {
+        const [from, to] = one < other ? [one, other] : [other, one];
+        const drawn = events() ?? values.map((value) => ({ action, value }));
+        [drawn[0].at, drawn[1].at] = [from, Math.min(Math.max(to, from + step), track.length())];
+        return drawn;
+    };
+    const follow = (at) => {
+        const isNew = !events();
+        drawing.events = span(drawing.from, at);
+        if (isNew) handlers.drawn(drawing.events);
+        else for (const event of drawing.events) handlers.moved(event, event.at, true);
+    };
     element.addEventListener("pointerdown", (pointer) => {
-        if (pointer.button !== 0) return;
-        drawing = { from: snapped(track.timeAt(pointer), track.length()) };
+        const from = snapped(track.timeAt(pointer), track.length());
+        if (pointer.button !== 0 || !isEmptyAt(from)) return;
+        drawing = { from, x: pointer.clientX };
         element.setPointerCapture(pointer.pointerId);
     });
-    const addUntil = (at) => {
-        const [first, second] = values.map((value) => ({ at: drawing.from, action, value }));
-        drawing.last = second;
-        second.at = at;
-        handlers.drawn([first, second]);
-    };
     element.addEventListener("pointermove", (pointer) => {
-        if (!drawing) return;
-        const at = Math.max(snapped(track.timeAt(pointer), track.length()), drawing.from + step);
-        if (drawing.last) handlers.moved(drawing.last, at, true);
-        else if (track.timeAt(pointer) > drawing.from + step) addUntil(at);
+        if (!drawing || (!events() && Math.abs(pointer.clientX - drawing.x) < shortestDrag)) return;
+        follow(snapped(track.timeAt(pointer), track.length()));
     });
     element.addEventListener("pointerup", () => {
         if (!drawing) return;
-        if (drawing.last) handlers.moved(drawing.last, drawing.last.at, false);
-        else addUntil(snapped(drawing.from + usualLength, track.length()));
+        if (!events()) follow(snapped(drawing.from + usualLength, track.length()));
+        handlers.moved(events()[1], events()[1].at, false);
         drawing = undefined;
     });
-    // The finger scrolls the page.
-    element.addEventListener("pointercancel", () => (drawing = undefined));
+    // The browser cancels the pointer when a finger scrolls the page.
+    element.addEventListener("pointercancel", () => {
+        if (drawing && events()) handlers.moved(events()[1], events()[1].at, false);
+        drawing = undefined;
+    });
 }
 
 /** The hours, as marks on a track. */
-function makeHours(night, local, width) {
-    const { step: apart, marks } = local.marks(0, night.length, Math.max(2, Math.floor(width / 64)));
+function makeHours(times, width) {
+    const { step: apart, marks } = times.marks(0, times.length, Math.max(2, Math.floor(width / 64)));
     return marks.map((at) => {
-        const mark = make("span", { class: "hour" }, local.mark(at, apart));
-        mark.style.left = `${(100 * at) / night.length}%`;
+        const mark = make("span", { class: "hour" }, times.mark(at, apart));
+        mark.style.left = `${placeOf(at, times.length)}%`;
         return mark;
     });
 }
@@ -141,7 +158,14 @@ class Lane {
             },
         };
         this.element = make("div", { class: "lane" }, make("span", { class: "lane-name" }, kind.name), this.track.element);
-        if (kind.action) letDraw(kind, this.track, handlers);
+        this.events = [];
+        if (kind.action) letDraw(kind, this.track, (at) => this.isEmptyAt(at), handlers);
+    }
+
+    /** What the lane is about does not last at this time. */
+    isEmptyAt(at) {
+        const last = this.events.filter((event) => event.at <= at).pop();
+        return !last || (this.kind.action === "posture" ? !isLying(last) : last.value === this.kind.values[1]);
     }
 
     holds({ action }) {
@@ -155,7 +179,7 @@ export class Timeline {
     constructor(handlers) {
         this.handlers = handlers;
         this.hours = make("div", { class: "track hours", "aria-hidden": "true" });
-        this.lanes = laneKinds.map((kind) => new Lane(kind, () => this.night.length, handlers));
+        this.lanes = laneKinds.map((kind) => new Lane(kind, () => this.times.length, handlers));
         this.handles = new Map();
         this.element = make(
             "div",
@@ -167,25 +191,31 @@ export class Timeline {
     }
 
     showHours() {
-        if (this.night) fill(this.hours, makeHours(this.night, this.local, this.hours.clientWidth));
+        if (this.times) fill(this.hours, makeHours(this.times, this.hours.clientWidth));
     }
 
-    /** Shows a night: {length, events}. An event that stays the same object keeps its handle. */
-    show(night, local) {
-        this.night = night;
-        this.local = local;
+    /** Shows the events of a night. An event that stays the same object keeps its handle. */
+    show(events, times) {
+        this.times = times;
         this.showHours();
+        this.removeHandles(events);
+        for (const lane of this.lanes) {
+            lane.events = events.filter((event) => lane.holds(event));
+            lane.hint.hidden = lane.events.length > 0;
+            lane.element.hidden = !lane.kind.action && lane.events.length === 0;
+            fill(lane.bars, lane.kind.action ? makeBars(lane.events, times.length) : []);
+            for (const event of lane.events) this.placeHandle(event, lane);
+        }
+    }
+
+    /** Removes the handles of events that are gone. The focus goes to another handle. */
+    removeHandles(events) {
         for (const [event, handle] of this.handles) {
-            if (night.events.includes(event)) continue;
+            if (events.includes(event)) continue;
+            const hasFocus = document.activeElement === handle;
             handle.remove();
             this.handles.delete(event);
-        }
-        for (const lane of this.lanes) {
-            const events = night.events.filter((event) => lane.holds(event));
-            lane.hint.hidden = events.length > 0;
-            lane.element.hidden = !lane.kind.action && events.length === 0;
-            fill(lane.bars, lane.kind.action ? makeBars(events, night.length) : []);
-            for (const event of events) this.placeHandle(event, lane);
+            if (hasFocus) [...this.handles].find(([other]) => events.includes(other))?.[1].focus();
         }
     }
 
@@ -196,13 +226,14 @@ export class Timeline {
             this.handles.set(event, handle);
             lane.track.element.append(handle);
         }
-        const clock = this.local.clock(event.at);
+        const { length } = this.times;
+        const time = this.times.words(event.at);
         handle.className = `handle ${lookOf(event)}`;
-        handle.style.left = `${placeOf(event.at, this.night.length)}%`;
-        handle.title = `${clock} ${event.words ?? ""}`;
+        handle.style.left = `${placeOf(event.at, length)}%`;
+        handle.title = `${time} ${event.words ?? ""}`;
         handle.setAttribute("aria-label", event.words ?? lane.kind.name);
-        handle.setAttribute("aria-valuemax", String(this.night.length));
+        handle.setAttribute("aria-valuemax", String(Math.max(length, event.at)));
         handle.setAttribute("aria-valuenow", String(event.at));
-        handle.setAttribute("aria-valuetext", clock);
+        handle.setAttribute("aria-valuetext", time);
     }
 }

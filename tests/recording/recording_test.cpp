@@ -267,6 +267,13 @@ TEST_F(ARecording, refuses_a_rate_that_is_none) {
     }
 }
 
+TEST_F(ARecording, refuses_a_rate_at_which_it_lasts_years) {
+    for (const char* const readings : {"0,0,-1\n", "0,0,-1\n0,0,-1\n"})
+        EXPECT_THAT(refusalOf(std::string("x,y,z\n") + readings, {.rate = 1e-9}),
+                    HasSubstr("at 1e-09 readings a second it spans 1.16e+04 days; give a higher "
+                              "rate with --rate HZ"));
+}
+
 TEST_F(ARecording, without_a_readable_time_needs_a_rate) {
     EXPECT_THAT(
         refusalOf("time,x,y,z\n13:45 o'clock,0,0,1\n"),

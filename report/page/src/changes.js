@@ -28,11 +28,13 @@ function whyStateChanged(night, time) {
     return cycle < 0 ? "" : `Three readings in a row. ${readingInWords(night, cycle)}`;
 }
 
-/** `story`: [time, kind, text] for each line. `jump(time)` shows that time in the charts. */
-export function makeChanges(night, jump) {
+/**
+ * `story`: [time, kind, text] for each line. `jump(time)` shows that time in the charts. `hidden` has the
+ * kinds that the user does not want to see.
+ */
+export function makeChanges(night, jump, hidden) {
     const { story, local } = night;
     const headingId = freshId("changes");
-    const hidden = new Set();
     let shownRows = rowsAtOnce;
     const body = make("tbody");
     const more = make("button", { type: "button", class: "more" });
@@ -94,7 +96,7 @@ export function makeChanges(night, jump) {
             { class: `filter kind-${kind.replace(" ", "-")}` },
             make("input", {
                 type: "checkbox",
-                checked: true,
+                checked: !hidden.has(kind),
                 onchange: (event) => {
                     if (event.target.checked) hidden.delete(kind);
                     else hidden.add(kind);

@@ -233,7 +233,7 @@ export function nightHeading({ localTimes, zone, end }) {
 
 /**
  * Draws the night at the end of `element`, until `signal` aborts it. `before` is the view of a night
- * that was drawn in its place: it is kept if it fits. Returns the view.
+ * that was drawn in its place: its part of the axis is kept if it fits. Returns the view.
  */
 export function drawNight(data, element, { signal, before } = {}) {
     const night = new NightData(data);
@@ -241,6 +241,8 @@ export function drawNight(data, element, { signal, before } = {}) {
     const view = new View(night.end);
     const first = night.story.find(([, kind]) => kind === "state") ?? night.story[0];
     view.cursor = first ? first[0] : 0;
+    const hidden = before?.hiddenKinds ?? new Set();
+    view.hiddenKinds = hidden;
     if (before?.end === view.end) Object.assign(view, { from: before.from, to: before.to, cursor: before.cursor });
 
     const panel = makeTimePanel(view, {
@@ -261,7 +263,7 @@ export function drawNight(data, element, { signal, before } = {}) {
     element.append(
         makeSummary(night),
         make("div", { class: "night" }, panel.element, makeMoment(night, view)),
-        makeChanges(night, jump),
+        makeChanges(night, jump, hidden),
     );
     panel.start();
     return view;
