@@ -11,8 +11,8 @@ namespace noctara {
 /// {"scenario": the text of a scenario file, by default that of the typical night}, and the changes
 /// to make in it, in this order: "start", "end" and "timezone", as the options of the command;
 /// "file", the name of a settings file to take the settings from; "key" and "value", a setting and
-/// its text; "events", an array in which each event has "at", in seconds since the start, or "local", a
-/// local time; "action", as in a scenario file; and "value", in TOML.
+/// its text; "events", an array in which each event has "at", in seconds since the start, or
+/// "local", a local time; "action", as in a scenario file; and "value", in TOML.
 ///
 /// Returns the "scenario" with these changes, as a text, with its "start" and "end" in local time,
 /// "length" in seconds, "timezone", "localTimes" as in the report without changes of the clock,
