@@ -207,8 +207,8 @@ export class NightPanel extends Panel {
             told = [told, await this.writeScenario()].filter(Boolean).join(" ");
             const data = await this.program.ask("night", [this.night.scenario, { advice: false }]);
             this.report(data);
-            if (isDragging) return;
             this.tell(`${told} ${data.verdict[0]}`.trim());
+            if (isDragging) return;
         } catch (error) {
             throw new Error(inWordsOfThePage(error.message));
         } finally {
