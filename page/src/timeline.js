@@ -81,41 +81,41 @@ const snapped = (at, length) => Math.min(Math.max(Math.round(at / step) * step, 
  */
 function letDraw({ action, values, length: usualLength }, track, isEmptyAt, handlers) {
     const { element } = track;
-    let drawing;
-    const events = () => drawing.events;
-    const span = (one, other) => {
-        const [from, to] = one < other ? [one, other] : [other, one];
-        const drawn = events() ?? values.map((value) => ({ action, value }));
-        [drawn[0].at, drawn[1].at] = [from, Math.min(Math.max(to, from + step), track.length())];
-        return drawn;
+    let drawing; // {from, x, events}; the events are made when the pointer has moved.
+    const timeAt = (pointer) => snapped(track.timeAt(pointer), track.length());
+    const drawTo = (at) => {
+        const { from, events } = drawing;
+        const [first, second] = events ?? values.map((value) => ({ action, value }));
+        first.at = Math.min(from, at);
+        second.at = Math.min(Math.max(from, at, first.at + step), track.length());
+        if (!events) {
+            drawing.events = [first, second];
+            handlers.drawn(drawing.events);
+        } else {
+            for (const event of events) handlers.moved(event, event.at, true);
+        }
     };
-    const follow = (at) => {
-        const isNew = !events();
-        drawing.events = span(drawing.from, at);
-        if (isNew) handlers.drawn(drawing.events);
-        else for (const event of drawing.events) handlers.moved(event, event.at, true);
+    const finish = () => {
+        const last = drawing?.events?.[1];
+        if (last) handlers.moved(last, last.at, false);
+        drawing = undefined;
     };
     element.addEventListener("pointerdown", (pointer) => {
-        const from = snapped(track.timeAt(pointer), track.length());
+        const from = timeAt(pointer);
         if (pointer.button !== 0 || !isEmptyAt(from)) return;
         drawing = { from, x: pointer.clientX };
         element.setPointerCapture(pointer.pointerId);
     });
     element.addEventListener("pointermove", (pointer) => {
-        if (!drawing || (!events() && Math.abs(pointer.clientX - drawing.x) < shortestDrag)) return;
-        follow(snapped(track.timeAt(pointer), track.length()));
+        if (!drawing) return;
+        if (drawing.events || Math.abs(pointer.clientX - drawing.x) >= shortestDrag) drawTo(timeAt(pointer));
     });
     element.addEventListener("pointerup", () => {
-        if (!drawing) return;
-        if (!events()) follow(snapped(drawing.from + usualLength, track.length()));
-        handlers.moved(events()[1], events()[1].at, false);
-        drawing = undefined;
+        if (drawing && !drawing.events) drawTo(snapped(drawing.from + usualLength, track.length()));
+        finish();
     });
     // The browser cancels the pointer when a finger scrolls the page.
-    element.addEventListener("pointercancel", () => {
-        if (drawing && events()) handlers.moved(events()[1], events()[1].at, false);
-        drawing = undefined;
-    });
+    element.addEventListener("pointercancel", finish);
 }
 
 /** The hours, as marks on a track. */

@@ -12,13 +12,29 @@ const folder = mkdtempSync(join(tmpdir(), "noctara-zones-"));
 process.on("exit", () => rmSync(folder, { recursive: true, force: true }));
 
 /** The local times of the instants, as the system's date command tells them. */
-function localTimes(instants, environment) {
+function localTimes(instants, environment, format = "+%F %T %z") {
     const lines = instants.map((seconds) => `@${seconds}\n`).join("");
-    return execFileSync("date", ["-f", "-", "+%F %T %z"], {
+    return execFileSync("date", ["-f", "-", format], {
         input: lines,
         encoding: "utf8",
         env: { PATH: process.env.PATH, ...environment },
     });
+}
+
+/** The local times of the instants, as Node.js tells them. The Swedish form is that of date's %F %T. */
+function localTimesOfNode(instants, zone) {
+    const format = new Intl.DateTimeFormat("sv-SE", { timeZone: zone, dateStyle: "short", timeStyle: "medium" });
+    return instants.map((seconds) => `${format.format(seconds * 1000)}\n`).join("");
+}
+
+const zones = ["Europe/Paris", "America/St_Johns", "Australia/Lord_Howe", "Asia/Kathmandu",
+    "Africa/Casablanca", "Pacific/Apia", "America/Sao_Paulo", "UTC"];
+
+function written(zone) {
+    const file = join(folder, zone);
+    mkdirSync(dirname(file), { recursive: true });
+    writeFileSync(file, zoneFile(zone));
+    return { TZ: `:${file}` };
 }
 
 /** Every third day, and every hour of two weeks in spring and in autumn. Later years are left out,
@@ -34,14 +50,17 @@ function instants() {
     return found;
 }
 
-for (const zone of ["Europe/Paris", "America/St_Johns", "Australia/Lord_Howe", "Asia/Kathmandu",
-    "Africa/Casablanca", "Pacific/Apia", "America/Sao_Paulo", "UTC"])
-    test(`${zone} has the local times of the system`, () => {
-        const file = join(folder, zone);
-        mkdirSync(dirname(file), { recursive: true });
-        writeFileSync(file, zoneFile(zone));
-        assert.equal(localTimes(instants(), { TZ: `:${file}` }), localTimes(instants(), { TZ: zone }));
+for (const zone of zones) {
+    test(`${zone} has the local times of the system`, () =>
+        assert.equal(localTimes(instants(), written(zone)), localTimes(instants(), { TZ: zone })));
+
+    test(`${zone} has the local times of Node.js in later years`, () => {
+        const hours = 61; // Another hour of the day each time.
+        const later = [];
+        for (let at = Date.UTC(2020, 0, 1); at < Date.UTC(2099, 11, 31); at += hours * 3600 * 1000) later.push(at / 1000);
+        assert.equal(localTimes(later, written(zone), "+%F %T"), localTimesOfNode(later, zone));
     });
+}
 
 test("a name that is no zone has no file", () => {
     assert.equal(zoneFile("Europe/Nowhere"), null);
