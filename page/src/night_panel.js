@@ -133,7 +133,8 @@ export class NightPanel extends Panel {
 
     /**
      * Asks the program for a changed night, and plays it. `question()` returns what scenarioOf in
-     * script_functions.h has to change; it is called when all earlier changes are made.
+     * script_functions.h has to change; it is called when all earlier changes are made. Events may be
+     * added, moved and removed meanwhile.
      */
     async change(name, question, more = [], told = "") {
         const done = await this.inTurn(async () => {
@@ -141,7 +142,9 @@ export class NightPanel extends Panel {
             const times = events.map(({ at }) => at);
             try {
                 const night = await this.program.ask(name, [{ scenario: this.night.scenario, events, ...question() }, ...more]);
-                this.take(night, keptEvents(events, times, night.events));
+                const kept = keptEvents(events, times, night.events);
+                const remaining = kept.filter((_, index) => this.events.includes(events[index]));
+                this.take(night, [...remaining, ...this.events.filter((event) => !events.includes(event))]);
             } catch (error) {
                 throw new Error(inWordsOfThePage(error.message));
             }

@@ -395,6 +395,30 @@ test("changes that are made at once are all kept", async () => {
     await page.context().close();
 });
 
+test("what is changed while the program is busy is kept", async () => {
+    const page = await open(browser);
+    await choose(page, "night");
+    await played(page);
+    await give(page, "recording", fileOf("long.csv", `time,x,y,z\n${"0.5,rubbish,0,0\n".repeat(1_000_000)}`));
+    await page.evaluate(async () => {
+        const pause = () => new Promise((done) => setTimeout(done, 50));
+        document.querySelector("#night [data-focus='value Vibrate']").click();
+        await pause();
+        const [first, second] = document.querySelectorAll(".handle");
+        second.dispatchEvent(new KeyboardEvent("keydown", { key: "Delete" }));
+        await pause();
+        first.dispatchEvent(new KeyboardEvent("keydown", { key: "PageUp" }));
+    });
+    await page.getByRole("button", { name: "Stop", exact: true }).click();
+    await choose(page, "night");
+    await played(page);
+    assert.deepEqual(await clocksOf(page), ["23:45"]);
+    const scenario = (await downloaded(page, "Download the scenario")).bytes.toString();
+    assert.match(scenario, /^Vibrate = false$/m);
+    assert.equal(scenario.match(/\[\[event\]\]/g).length, 1);
+    await page.context().close();
+});
+
 test("a file that is given while another is read takes its place", async () => {
     const page = await open(browser);
     const long = `time,x,y,z\n${"0.5,rubbish,0,0\n".repeat(1_000_000)}`;
