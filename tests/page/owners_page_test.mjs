@@ -463,6 +463,41 @@ test("a tap on a lane draws, too", async () => {
     await page.context().close();
 });
 
+test("a finger drags an event", async () => {
+    const page = await open(browser, { width: 390, height: 800, isMobile: true, hasTouch: true });
+    await choose(page, "night");
+    await played(page);
+    const handle = page.locator(`.handle[aria-label="${taken}"]`);
+    await handle.scrollIntoViewIfNeeded();
+    const { x, y, width, height } = await handle.boundingBox();
+    const track = await page.locator(".track.hours").boundingBox();
+    const input = await page.context().newCDPSession(page);
+    const touch = (type, share) =>
+        input.send("Input.dispatchTouchEvent", {
+            type,
+            touchPoints: type === "touchEnd" ? [] : [{ x: x + width / 2 - share * track.width, y: y + height / 2 }],
+        });
+    await touch("touchStart", 0);
+    for (const share of [0.05, 0.1, 0.15, 0.2]) await touch("touchMove", share);
+    await touch("touchEnd", 0.2);
+    await played(page);
+    assert.match(await handle.getAttribute("aria-valuetext"), /^04:5\d:00$/);
+    assert.match(await verdict(page), /^Quiet for 5 h 2\d min/);
+    await page.context().close();
+});
+
+test("switches are those of the browser in forced colours, which paint over their own", async () => {
+    for (const [forcedColors, expected] of [["active", "auto"], ["none", "none"]]) {
+        const page = await open(browser, { forcedColors });
+        await choose(page, "settings");
+        await page.click("text=Make a new file");
+        await told(page, "settings", "new file");
+        const appearance = await page.locator('#settings [data-focus="value Debug"]').evaluate((input) => getComputedStyle(input).appearance);
+        assert.equal(appearance, expected);
+        await page.context().close();
+    }
+});
+
 test("the advice is that of the command, and its setting can be made", async () => {
     const page = await open(browser);
     const scenario = '[[event]]\nat = 23:00:00\nposture = "screen-up"\n';
