@@ -2,22 +2,21 @@
 import { readFileSync, writeFileSync } from "node:fs";
 import { dirname, join } from "node:path";
 import { fileURLToPath } from "node:url";
-import { bundled, filled, policy } from "../report/page/bundle.js";
+import { bundled, bundledWithCharts, pageOf } from "../report/page/bundle.js";
 
 const here = dirname(fileURLToPath(import.meta.url));
 const built = join(here, "../build-page");
 
-const licence = readFileSync(join(here, "../report/page/node_modules/uplot/LICENSE"), "utf8").trim();
-const script = `/* The charts are drawn by uPlot.\n\n${licence}\n*/\n${await bundled(join(here, "src/app.js"))}`;
-const style = await bundled(join(here, "src/page.css"));
-const page = filled(readFileSync(join(here, "index.html"), "utf8"), {
-    // The program is compiled by the worker, whose script is in the page, too.
-    POLICY: policy(script, style, { scripts: " 'wasm-unsafe-eval'", directives: "; worker-src blob:" }),
-    STYLE: style,
-    WORKER: await bundled(join(here, "src/worker.js"), {
-        alias: { "noctara-page": join(built, "noctara-page.js") },
-    }),
-    PROGRAM: readFileSync(join(built, "noctara-page.wasm")).toString("base64"),
-    SCRIPT: script,
+const page = pageOf(join(here, "index.html"), {
+    script: await bundledWithCharts(join(here, "src/app.js")),
+    style: await bundled(join(here, "src/page.css")),
+    parts: {
+        WORKER: await bundled(join(here, "src/worker.js"), {
+            alias: { "noctara-page": join(built, "noctara-page.js") },
+        }),
+        PROGRAM: readFileSync(join(built, "noctara-page.wasm")).toString("base64"),
+    },
+    // The worker is a script of the page, and it compiles the program.
+    more: { scripts: " 'wasm-unsafe-eval'", directives: "; worker-src blob:" },
 });
 writeFileSync(join(built, "noctara.html"), page);

@@ -1,4 +1,4 @@
-/// Nights, for the page's script.
+/// Answers the questions of the page's script about nights.
 #include "command/monitor_observers.h"
 #include "command/night_player.h"
 #include "host/host.h"
@@ -17,12 +17,8 @@ namespace noctara {
 
 namespace {
 
-Scenario scenarioIn(const Json& question, const ScenarioOverrides& overrides = {}) {
-    return parseScenario(question.at("scenario").get<std::string>(), "the scenario", overrides);
-}
-
 NightInput inputOf(const Json& question) {
-    return {scenarioIn(question), nullptr, {}};
+    return {parseScenario(question.at("scenario").get<std::string>(), "the scenario"), nullptr, {}};
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-/// Recordings of the accelerometer, for the page's script.
+/// Answers the questions of the page's script about recordings of the accelerometer.
 #include "page/script_functions.h"
 #include "recording/recording_file.h"
 #include "recording/sensitivity_advice.h"

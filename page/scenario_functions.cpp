@@ -1,4 +1,4 @@
-/// Scenarios, for the page's script.
+/// Answers the questions of the page's script about scenarios.
 #include "command/night_player.h"
 #include "input/bad_input.h"
 #include "input/printable.h"
@@ -10,6 +10,7 @@
 #include "page/script_functions.h"
 #include "page/settings_data.h"
 #include "phones/model/local_time.h"
+#include "report/local_times.h"
 #include "settings/setting_keys.h"
 #include "settings/setting_value.h"
 #include "settings/settings_file.h"
@@ -31,7 +32,7 @@ std::optional<std::string> textIn(const Json& question, const char* key) {
     return found == question.end() ? std::nullopt : std::optional(found->get<std::string>());
 }
 
-/// A property list can have values that a scenario file cannot have.
+/// Throws BadInput for settings that no scenario file can have. `file` is the name of their file.
 void requireWritable(const Scenario& scenario, const std::string& file) {
     try {
         parseScenario(scenarioText(scenario), nameForErrors);
@@ -42,7 +43,7 @@ void requireWritable(const Scenario& scenario, const std::string& file) {
     }
 }
 
-/// When an event of the question happens.
+/// The time of an event of the question.
 Date dateOf(const Json& event, const Scenario& scenario) {
     if (!event.contains("local"))
         return {scenario.start.secondsSince1970 + event.at("at").get<double>()};
@@ -52,7 +53,7 @@ Date dateOf(const Json& event, const Scenario& scenario) {
 
 Scenario changedScenario(const Json& question) {
     std::string text = textIn(question, "scenario").value_or(std::string(typicalNight));
-    // The old events might be before a new start.
+    // They are replaced below. They are removed first, because they may be before a new start.
     if (question.contains("events"))
         text = scenarioText(parseScenario(text, nameForErrors), std::vector<WrittenEvent>());
     Scenario scenario = parseScenario(
@@ -89,26 +90,19 @@ Json eventsOf(const Scenario& scenario) {
     return events;
 }
 
-Json localTimesOf(const Scenario& scenario, const TimeZone& zone) {
-    const double start = scenario.start.secondsSince1970;
-    Json spans = Json::array();
-    for (const auto& offset : zone.offsets(scenario.start, scenario.end))
-        spans.push_back(Json::array(
-            {offset.from.secondsSince1970 - start, start + offset.seconds, offset.abbreviation}));
-    return spans;
-}
-
 } // namespace
 
 Json scenarioOf(const Json& question) {
     const Scenario scenario = changedScenario(question);
     const TimeZone zone(scenario.timezone);
+    const double start = scenario.start.secondsSince1970;
+    const double length = scenario.end.secondsSince1970 - start;
     return {{"scenario", scenarioText(scenario)},
             {"start", localText(zone.components(scenario.start))},
             {"end", localText(zone.components(scenario.end))},
-            {"length", scenario.end.secondsSince1970 - scenario.start.secondsSince1970},
+            {"length", length},
             {"timezone", scenario.timezone},
-            {"localTimes", localTimesOf(scenario, zone)},
+            {"localTimes", localTimesForPage(zone, start, 0, length)},
             {"settings", settingsForPage(scenario.settings.value_or(defaultSettings()))},
             {"events", eventsOf(scenario)}};
 }

@@ -1,38 +1,40 @@
-/// The functions of the page's script. Each gets a question and returns its answer. They throw an
-/// exception with what is wrong with the question.
+/// The functions that the page's script calls. Each takes a question and returns the answer. If the
+/// question is wrong, it throws an exception whose message says what is wrong.
 ///
-/// A file of a question is in the current folder, where the script has put it.
+/// A question names a file in the current folder. The script puts the file there.
 #pragma once
 
 #include "night/trace.h"
 
 namespace noctara {
 
-/// {"scenario": the text of a scenario file, by default that of the typical night}, and the changes
-/// to make in it, in this order: "start", "end" and "timezone", as the options of the command;
-/// "file", the name of a settings file to take the settings from; "key" and "value", a setting and
-/// its text; "events", an array in which each event has "at", in seconds since the start, or
-/// "local", a local time; "action", as in a scenario file; and "value", in TOML.
+/// Changes a scenario. "scenario" is the text of a scenario file. If it is missing, the typical
+/// night is changed. The other members are the changes. They are made in this order:
 ///
-/// Returns the "scenario" with these changes, as a text, with its "start" and "end" in local time,
-/// "length" in seconds, "timezone", "localTimes" as in the report without changes of the clock,
-/// "settings" as settingsOf, and "events" as above, each with its "words".
+/// - "start", "end" and "timezone" have the values of the command's options.
+/// - "file" is the name of a settings file. Its settings become those of the scenario.
+/// - "key" and "value" are a setting and its value, such as "on".
+/// - "events" replaces the events. Each has "action", as in a scenario file, and "value", in TOML.
+///   It also has "at", in seconds since the start, or "local", a local time.
+///
+/// Returns the changed scenario: its text as "scenario", "start" and "end" in local time, "length"
+/// in seconds, "timezone", "localTimes" as in the report, "settings" as in settingsOf, and
+/// "events", each with "at", "action", "value" and "words".
 Json scenarioOf(const Json& question);
 
-/// {"scenario": the text of a scenario file}, and "advice", false to leave out the advice, for
-/// which the night is played several times. Returns the data of the report (docs/report.md).
+/// {"scenario": the text of a scenario file}. Returns the data of the report (docs/report.md). The
+/// night is played several times to find the advice. "advice": false leaves the advice out.
 Json nightOf(const Json& question);
 
 /// {"scenario": the text of a scenario file}. Returns the text of the trace.
 Json traceOf(const Json& question);
 
-/// {"file": the name of a recording}, and if they are known: "rate", in samples a second, "axes",
-/// "ios" or "android", "unit" and "timeUnit", their symbols. Returns the data of the report, and as
-/// "skipped" what was wrong with the lines that were skipped.
+/// {"file": the name of a recording}. May have "rate", in samples a second, "axes", which is "ios"
+/// or "android", and the symbols "unit" and "timeUnit". Returns the data of the report. "skipped"
+/// says what was wrong with the lines that were skipped.
 Json recordingOf(const Json& question);
 
-/// {"file": the name of a settings file}. Returns "keys", in the order of the settings page,
-/// "applications" and "others", in the order of the file, and "odd", sentences.
+/// {"file": the name of a settings file}. Returns its settings as settingsForPage does.
 Json settingsOf(const Json& question);
 
 /// {"file": the name of a settings file, "key": a key, "value": such as "on", or null to remove the

@@ -1,4 +1,4 @@
-/// What a settings file contains, for the page's script.
+/// Converts settings to JSON for the page's script.
 #pragma once
 
 #include "night/trace.h"
@@ -6,8 +6,9 @@
 
 namespace noctara {
 
-/// "keys", in the order of the settings page, "applications" and "others", in the order of the
-/// file, and "odd", sentences.
+/// Returns an object with four arrays. "keys" has the known keys in the order of the settings page.
+/// "applications" and "others" have the other keys in the order of the file. "odd" has a sentence
+/// for each oddity.
 Json settingsForPage(const Dictionary& settings);
 
 } // namespace noctara

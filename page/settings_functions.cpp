@@ -1,4 +1,4 @@
-/// Settings files, for the page's script.
+/// Answers the questions of the page's script about settings files.
 #include "input/printable.h"
 #include "page/script_functions.h"
 #include "page/settings_data.h"

@@ -65,10 +65,10 @@ void RecordingSurvey::add(const RawReading& reading) {
     const Acceleration& a = reading.acceleration;
     lengths.push_back(static_cast<float>(std::sqrt(a.x * a.x + a.y * a.y + a.z * a.z)));
     if (readings++ == 0) {
-        first = firstAfterSetBack = reading.time;
+        first = partBegins = reading.time;
     } else if (reading.afterSetBack) {
-        beforeSetBacks.push_back(latest - firstAfterSetBack);
-        firstAfterSetBack = reading.time;
+        finishedDurations.push_back(latest - partBegins);
+        partBegins = reading.time;
     } else if (reading.time > latest) {
         steps.push_back(static_cast<float>(reading.time - latest));
     }
@@ -79,9 +79,9 @@ double RecordingSurvey::span() const {
     // Summed in the order of the conversion, so that both are equal to the last bit.
     const double step = medianStep();
     double before = 0;
-    for (const double duration : beforeSetBacks)
+    for (const double duration : finishedDurations)
         before += duration + step;
-    return before + (latest - firstAfterSetBack);
+    return before + (latest - partBegins);
 }
 
 double RecordingSurvey::medianStep() const {

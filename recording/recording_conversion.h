@@ -33,8 +33,9 @@ private:
     std::size_t readings = 0;
     double first = 0;
     double latest = 0;
-    double firstAfterSetBack = 0;
-    std::vector<double> beforeSetBacks; ///< From a set-back, or the first reading, to the next one.
+    // A part of the recording begins at the first reading and after each set-back of the clock.
+    double partBegins = 0;                 ///< The time of the first reading of the latest part.
+    std::vector<double> finishedDurations; ///< Of the parts before the latest one.
     // Floats, because a recording has millions of readings and these only tell the units.
     std::vector<float> steps;
     std::vector<float> lengths;

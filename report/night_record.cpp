@@ -5,6 +5,7 @@
 #include "platform/system_power.h"
 #include "platform/system_sounds.h"
 #include "report/json_numbers.h"
+#include "report/local_times.h"
 
 #include <algorithm>
 
@@ -263,9 +264,8 @@ Json NightRecord::localTimes() const {
     double from = 0;
     const auto addUntil = [&](double to) {
         const double base = night.start.secondsSince1970 + ahead;
-        for (const auto& offset : zone.offsets({base + from}, {base + to}))
-            found.push_back(Json::array({seconds(offset.from.secondsSince1970 - base),
-                                         seconds(base + offset.seconds), offset.abbreviation}));
+        for (auto& span : localTimesForPage(zone, base, from, to))
+            found.push_back(std::move(span));
         from = to;
     };
     for (const auto& [at, jump] : clockChanges) {

@@ -3,8 +3,6 @@
 
 #include "platform/property_list.h"
 
-#include "platform/property_list.h"
-
 #include <cstdint>
 #include <optional>
 #include <span>

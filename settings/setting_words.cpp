@@ -45,16 +45,12 @@ std::string valueInWords(const PropertyList& value) {
     return std::visit(Words(), value.variant());
 }
 
-std::string switchInWords(const PropertyList& value) {
-    const auto number = wholeNumberIn(value);
-    return number == 0 || number == 1 ? onOff(number == 1) : valueInWords(value);
-}
-
 std::string valueOfKeyInWords(std::string_view key, const PropertyList& value) {
     const SettingKey* const known = findSettingKey(key);
     const bool isSwitch =
         known ? known->kind == SettingKey::Kind::onOff : identifierInKey(key).has_value();
-    return isSwitch ? switchInWords(value) : valueInWords(value);
+    const auto number = wholeNumberIn(value);
+    return isSwitch && (number == 0 || number == 1) ? onOff(number == 1) : valueInWords(value);
 }
 
 std::optional<std::int64_t> wholeNumberIn(const PropertyList& value) {

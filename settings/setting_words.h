@@ -18,10 +18,7 @@ std::string missingInWords(const SettingKey& key);
 /// A value from a file: "on", "5", "the text \"five\"", "a date". Without control characters.
 std::string valueInWords(const PropertyList& value);
 
-/// The same as the value of a switch: 0 and 1 are "off" and "on", too.
-std::string switchInWords(const PropertyList& value);
-
-/// The value of a key, as that of a switch if the setting is one.
+/// The value of a key. For a switch, 0 and 1 are "off" and "on", too.
 std::string valueOfKeyInWords(std::string_view key, const PropertyList& value);
 
 /// The value as an integer, if it is an integer or a whole real number. The trace of a night does

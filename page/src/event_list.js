@@ -27,7 +27,7 @@ const kinds = [
 
 const notInNight = "The night does not reach this time.";
 
-/** Says at a field what is wrong with it, until it is changed. */
+/** Shows at a field what is wrong with its value, until the value is changed. */
 function refuse(field, sentence) {
     field.setCustomValidity(sentence);
     field.reportValidity();

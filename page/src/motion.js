@@ -1,12 +1,12 @@
 /// Records the accelerometer of the phone that shows the page.
 
-/// The time in which the hand leaves the phone after the button was pressed. It is not recorded.
+/// The time between the press of the button and the recording, to put the phone down.
 const secondsToLeave = 3;
 
 /// Advice needs ten seconds without motion.
 const secondsToRecord = 11;
 
-/** Browsers of iOS measure along axes that point the other way. An iPad calls itself a Mac. */
+/** In browsers of iOS the axes point the other way. The browser of an iPad says that it is on a Mac. */
 const isIos = () =>
     /iPhone|iPad|iPod/.test(navigator.userAgent) ||
     (navigator.userAgent.includes("Macintosh") && navigator.maxTouchPoints > 1);

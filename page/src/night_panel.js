@@ -4,13 +4,14 @@ import { drawNight, makeSummary, nightHeading } from "../../report/page/src/nigh
 import { EventList } from "./event_list.js";
 import { download, fileButton } from "./files.js";
 import { localSeconds, localText, NightTimes } from "./night_times.js";
+import { withNames } from "./option_names.js";
 import { Panel } from "./panel.js";
 import { drawSettings } from "./settings_form.js";
 import { Timeline } from "./timeline.js";
 
 const secondsOfDay = 86400;
 
-/// A night that takes longer than this to play says so. In milliseconds.
+/// If it takes longer than this to play a night, the page says so. In milliseconds.
 const longWait = 300;
 
 /** Last night, in the zone of the browser. */
@@ -26,12 +27,10 @@ function lastNight() {
     };
 }
 
-/** Texts of the C++ name the options of the command, and places in a text that the user does not see. */
-function inWordsOfThePage(text) {
-    const names = { "--start": "Start", "--end": "End", "--timezone": "Time zone" };
-    return Object.entries(names).reduce((words, [option, name]) => words.replaceAll(option, name), text)
-        .replace(/^the scenario:\d+:\d+: /, "");
-}
+const namesOfOptions = { "--start": "Start", "--end": "End", "--timezone": "Time zone" };
+
+/** A text of the program, without lines and columns of the scenario, which the page does not show. */
+const inWordsOfThePage = (text) => withNames(text, namesOfOptions).replace(/^the scenario:\d+:\d+: /, "");
 
 const inOrder = (events) => [...events].sort((one, other) => one.at - other.at);
 
@@ -192,7 +191,7 @@ export class NightPanel extends Panel {
         return this.setEvents(this.events, isDragging);
     }
 
-    /** Plays the night in its turn. A call that still waits for its turn serves later calls, too. */
+    /** Plays the night in its turn. A night that already waits for its turn is played once. */
     play(isDragging) {
         this.isDragging = isDragging;
         if (this.isDue) return;
@@ -203,7 +202,7 @@ export class NightPanel extends Panel {
         });
     }
 
-    /** Plays the night. Advice takes longer, because several nights are played for it: it follows. */
+    /** Plays the night. The advice follows, because several nights are played to find it. */
     async playOnce(isDragging, told = "") {
         const slow = setTimeout(() => this.tell("Playing the night …"), longWait);
         try {
@@ -250,7 +249,7 @@ export class NightPanel extends Panel {
         if (!night) return;
         this.showEvents();
         if (![...this.zone.options].some(({ value }) => value === night.timezone)) this.zone.append(make("option", {}, night.timezone));
-        // Another change leaves what is being typed as it is.
+        // The user may be typing in these fields. They change only if the night has other values.
         const frame = [night.start, night.end, night.timezone];
         if (String(frame) !== String(this.shownFrame)) [this.start.value, this.end.value, this.zone.value] = frame;
         this.shownFrame = frame;
@@ -258,12 +257,10 @@ export class NightPanel extends Panel {
     }
 
     report(data) {
-        this.drawing?.abort();
-        this.drawing = new AbortController();
         const { heading, sub } = nightHeading(data);
         const before = this.view;
         fill(this.result, make("h2", { class: "heading" }, heading), make("p", { class: "sub" }, sub));
-        this.view = drawNight(data, this.result, { signal: this.drawing.signal, before });
+        this.view = drawNight(data, this.result, { signal: this.signalForDrawing(), before });
     }
 }
 

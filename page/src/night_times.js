@@ -1,24 +1,22 @@
-/// The local times of a night: those of events, in the words and in the fields of the page.
+/// Converts times of a night to local times and back, for the texts and the fields of the page.
 import { LocalTimes } from "../../report/page/src/local_time.js";
 
 const secondsOfDay = 86400;
 
-const clockFields = { clock: "time", day: "datetime-local" };
-
 /** "2014-03-01T22:30:00" as seconds in which each day has the same length. */
 export const localSeconds = (text) => Date.parse(`${text.length === 16 ? `${text}:00` : text}Z`) / 1000;
 
-/** The other way round. */
+/** The reverse of localSeconds, with seconds. */
 export const localText = (seconds) => new Date(seconds * 1000).toISOString().slice(0, 19);
 
 export class NightTimes extends LocalTimes {
-    /** Of a night as scenarioOf in script_functions.h returns it. */
+    /** The argument is a night, as scenarioOf in script_functions.h returns it. */
     constructor({ localTimes, length }) {
         super(localTimes);
         this.length = length;
         this.hasDays = length > secondsOfDay;
         /** The type of a field for a time. */
-        this.fieldType = this.hasDays ? clockFields.day : clockFields.clock;
+        this.fieldType = this.hasDays ? "datetime-local" : "time";
     }
 
     /** "23:30:05", with the day if the night has more than one. */

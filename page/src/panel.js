@@ -1,5 +1,5 @@
-/// What the panels of the page share: a status, a progress bar, one place for what went wrong, and an
-/// order for what the user asks.
+/// What the panels of the page share: a status, a progress bar, one message about what went wrong, and the
+/// order in which the user's requests are served.
 import { make } from "../../report/page/src/dom.js";
 
 export class Panel {
@@ -31,6 +31,13 @@ export class Panel {
         if (sentence) this.alert.scrollIntoView({ block: "nearest" });
     }
 
+    /** A signal for what is drawn now. It aborts when the panel draws again. */
+    signalForDrawing() {
+        this.drawing?.abort();
+        this.drawing = new AbortController();
+        return this.drawing.signal;
+    }
+
     /**
      * Runs `work`. If it fails, says why, and all that was shown stays. Work that was aborted says
      * nothing. Returns whether it succeeded.
@@ -51,19 +58,19 @@ export class Panel {
         }
     }
 
-    /** Runs what the user asks. An older complaint goes away. */
+    /** Runs what the user asks for, and removes an older complaint. */
     attempt(work) {
         this.complain("");
         return this.run(work);
     }
 
-    /** As `attempt`, after all earlier work that has turns. */
+    /** As `attempt`, after all earlier work of `inTurn` and `follow`. */
     inTurn(work) {
         this.complain("");
         return this.follow(work);
     }
 
-    /** As `run`, after all earlier work that has turns. */
+    /** As `run`, after all earlier work of `inTurn` and `follow`. */
     follow(work) {
         const turn = this.last.then(() => this.run(work));
         this.last = turn;

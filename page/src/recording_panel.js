@@ -3,9 +3,10 @@ import { fill, make } from "../../report/page/src/dom.js";
 import { drawRecording } from "../../report/page/src/recording.js";
 import { fileButton } from "./files.js";
 import { recordMotion } from "./motion.js";
+import { withNames } from "./option_names.js";
 import { Panel } from "./panel.js";
 
-/// What the user can say about a recording. The texts of the C++ name the options of the command.
+/// What the user can say about a recording, with the option of the command for it.
 const options = {
     axes: { flag: "--axes", name: "Axes", values: { ios: "an iPhone's", android: "Android's" } },
     unit: { flag: "--unit", name: "Unit", values: { g: "g", "m/s²": "m/s²", mg: "mg" } },
@@ -13,12 +14,10 @@ const options = {
     rate: { flag: "--rate", name: "Readings a second" },
 };
 
-/** A text of the C++ with the names of the fields in place of options of the command. */
-function inWordsOfThePage(text) {
-    for (const { flag, name } of Object.values(options))
-        text = text.replace(new RegExp(`${flag}\\b( HZ| ios| android)?`, "g"), `the choice “${name}”`);
-    return text;
-}
+const namesOfOptions = Object.fromEntries(Object.values(options).map(({ flag, name }) => [flag, `the choice “${name}”`]));
+
+/** A text of the program with the names of the page's fields. */
+const inWordsOfThePage = (text) => withNames(text, namesOfOptions);
 
 function makeField(key, { name, values }, changed) {
     const control = values
@@ -38,7 +37,7 @@ export class RecordingPanel extends Panel {
         super(element);
         this.program = program;
         this.result = make("div", { class: "result" });
-        this.fields = Object.entries(options).map(([key, option]) => makeField(key, option, () => this.readAgain()));
+        this.fields = Object.entries(options).map(([key, option]) => makeField(key, option, () => this.read()));
         this.recordButton = make("button", { type: "button", onclick: () => this.record() }, "Record here");
         this.stopButton = make("button", { type: "button", hidden: true, onclick: () => this.stop() }, "Stop");
         this.choices = make(
@@ -75,11 +74,7 @@ export class RecordingPanel extends Panel {
         return this.read();
     }
 
-    readAgain() {
-        if (this.file) return this.read();
-    }
-
-    /** Reads the file. A file that is still being read is given up. */
+    /** Reads the file. If an earlier file is still being read, that stops. */
     read() {
         const { file } = this;
         this.reading?.abort();
@@ -117,12 +112,10 @@ export class RecordingPanel extends Panel {
     }
 
     draw(data) {
-        this.drawing?.abort();
-        this.drawing = new AbortController();
         data.verdict = data.verdict.map(inWordsOfThePage);
         data.remarks = [...data.remarks, ...data.skipped].map(inWordsOfThePage);
         fill(this.result);
-        drawRecording(data, this.result, { signal: this.drawing.signal });
+        drawRecording(data, this.result, { signal: this.signalForDrawing() });
     }
 
     async record() {

@@ -1,12 +1,12 @@
 /// The settings as a form: a switch or a slider for each, and the applications.
 import { fill, freshId, make } from "../../report/page/src/dom.js";
 
-/** What the focus is on, for drawing the form again. */
+/** An attribute by which the focus is found again when the form is drawn anew. */
 const mark = (key, kind) => ({ "data-focus": `${kind} ${key}` });
 
 /**
- * A value that the form cannot show is shown as `shown`, which is not in the file yet. `change(key,
- * text)` changes a setting; a text of null removes the key.
+ * A hint, with a button that writes the value `shown`. The form shows that value, but the file has another
+ * one or none. `change(key, text)` changes a setting. A text of null removes the key.
  */
 function makeHint(key, hint, shown, change) {
     return make(
@@ -136,7 +136,7 @@ export function drawSettings({ keys, applications, others, odd }, element, chang
     if (focused === undefined) return;
     const marked = [...element.querySelectorAll("[data-focus]")];
     const same = marked.find(({ dataset }) => dataset.focus === focused);
-    // What had the focus is gone: a removed application, or a button that has written a value.
+    // The focus was on a removed application, or on a button that has written a value.
     const value = marked.find(({ dataset }) => dataset.focus === focused.replace(/^write /, "value "));
     (same ?? value ?? element.querySelector(".add input")).focus();
 }

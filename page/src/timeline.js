@@ -5,8 +5,8 @@ import { fill, make } from "../../report/page/src/dom.js";
 const step = 60;
 const longStep = 15 * 60;
 
-/// What drawing over an empty part of a lane adds: an action with its values from there on and after it.
-/// `length` is that of a part that is only tapped.
+/// The lanes. Drawing on a lane adds two events with its action: the first value where the drawn part
+/// begins, and the second value where it ends. A tap draws a part of `length` seconds.
 const laneKinds = [
     { name: "Posture", action: "posture", values: ['"screen-down"', '"in-hand"'], hint: "laid down, screen down", length: 60 * 60 },
     { name: "Charger", action: "charger", values: ["true", "false"], hint: "plugged in", length: 60 * 60 },
@@ -33,7 +33,7 @@ function lookOf({ action, value }) {
     return value === "false" ? "off" : "on";
 }
 
-/// A finger or a mouse that moves less than this has not dragged. In CSS pixels.
+/// A movement of the pointer that is shorter than this does not drag. In CSS pixels.
 const shortestDrag = 3;
 
 /** A handle for an event on a track of a lane. */
@@ -162,7 +162,7 @@ class Lane {
         if (kind.action) letDraw(kind, this.track, (at) => this.isEmptyAt(at), handlers);
     }
 
-    /** What the lane is about does not last at this time. */
+    /** Whether the lane shows no bar with a colour at this time, for example no call. */
     isEmptyAt(at) {
         const last = this.events.filter((event) => event.at <= at).pop();
         return !last || (this.kind.action === "posture" ? !isLying(last) : last.value === this.kind.values[1]);

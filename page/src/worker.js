@@ -14,7 +14,7 @@ self.onmessage = async ({ data: { binary, id, name, args, tellProgress } }) => {
     if (binary) {
         start = () => startNoctara(makeModule, binary);
         starting = start();
-        starting.catch(() => {}); // Each question is answered with the reason.
+        starting.catch(() => {}); // The error is told with the answer to each question.
         return;
     }
     const progress = (share) => self.postMessage({ id, progress: share });
@@ -30,7 +30,7 @@ self.onmessage = async ({ data: { binary, id, name, args, tellProgress } }) => {
         self.postMessage({ id, result });
     } catch (error) {
         self.postMessage({ id, error: sentence(error) });
-        // A program that has crashed begins anew.
+        // After a crash the program is started again.
         if (error instanceof WebAssembly.RuntimeError) starting = start();
     }
 };

@@ -26,7 +26,8 @@ public:
     virtual bool ended() const = 0;
 };
 
-/// `body` starts at the first `resume`. It has a thread of its own, except on a web page.
+/// `body` starts at the first `resume`. It runs in a thread of its own. On a web page it runs in
+/// the thread of the caller.
 std::unique_ptr<HandedOverThread> makeHandedOverThread(std::function<void()> body);
 
 } // namespace noctara

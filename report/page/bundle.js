@@ -1,6 +1,11 @@
 /// Bundles scripts and styles into single pages, and writes the pages' policies.
 import { createHash } from "node:crypto";
+import { readFileSync } from "node:fs";
+import { dirname, join } from "node:path";
+import { fileURLToPath } from "node:url";
 import { build } from "esbuild";
+
+const here = dirname(fileURLToPath(import.meta.url));
 
 /** The text of a script or of a style, with all that it imports. `options` are more of esbuild's. */
 export async function bundled(entry, options = {}) {
@@ -20,18 +25,31 @@ export async function bundled(entry, options = {}) {
 
 const digest = (text) => `'sha256-${createHash("sha256").update(text).digest("base64")}'`;
 
+/** A script with the charts, and the licence of the library that draws them. */
+export async function bundledWithCharts(entry) {
+    const licence = readFileSync(join(here, "node_modules/uplot/LICENSE"), "utf8").trim();
+    return `/* The charts are drawn by uPlot.\n\n${licence}\n*/\n${await bundled(entry)}`;
+}
+
 /**
- * A Content-Security-Policy under which only this script and this style run, and nothing may be fetched
- * from anywhere. `more` has further sources for scripts, and further directives.
+ * A Content-Security-Policy. Only this script and this style may run, and nothing may be fetched. `scripts`
+ * has further sources of scripts, and `directives` has further directives.
  */
-export function policy(script, style, { scripts = "", directives = "" } = {}) {
+function policyFor(script, style, { scripts = "", directives = "" } = {}) {
     return (
         `default-src 'none'; script-src ${digest(script)}${scripts}; style-src ${digest(style)}; ` +
         `img-src data:; base-uri 'none'; form-action 'none'${directives}`
     );
 }
 
-/** The template with each @NAME@ replaced by the part of that name. */
-export function filled(template, parts) {
-    return template.replace(/@([A-Z]+)@/g, (_, name) => parts[name]);
+/** A template in which each @NAME@ is replaced by the part of that name. */
+const filled = (template, parts) => template.replace(/@([A-Z]+)@/g, (_, name) => parts[name]);
+
+/**
+ * The text of a page: a template with @HEAD@, @SCRIPT@ and the names of `parts`. `more` is for the policy.
+ */
+export function pageOf(template, { script, style, parts = {}, more = {} }) {
+    const head = readFileSync(join(here, "head.html"), "utf8");
+    const HEAD = filled(head, { POLICY: policyFor(script, style, more), STYLE: style });
+    return filled(readFileSync(template, "utf8"), { HEAD, SCRIPT: script, ...parts });
 }

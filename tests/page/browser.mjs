@@ -1,29 +1,16 @@
 /// The owner's page in a browser, for the tests.
 import { existsSync, readFileSync } from "node:fs";
-import { createRequire } from "node:module";
 import { join } from "node:path";
 import { pathToFileURL } from "node:url";
 
-import { root } from "./program.mjs";
+import { require, root } from "../browser.mjs";
 
-const require = createRequire(join(root, "report/page/package.json"));
-const { chromium } = require("playwright-core");
+export { launch } from "../browser.mjs";
+
 const axe = readFileSync(require.resolve("axe-core/axe.min.js"), "utf8");
 
-const browserPath = process.env.NOCTARA_BROWSER ?? "/usr/bin/chromium";
 export const pageFile = join(root, "build-page/noctara.html");
-for (const file of [browserPath, pageFile])
-    if (!existsSync(file)) throw new Error(`${file} is missing; run scripts/test-page`);
-
-export function launch() {
-    return chromium.launch({
-        executablePath: browserPath,
-        args: [
-            "--no-sandbox", "--headless", "--disable-gpu", "--disable-quic", "--no-first-run",
-            "--disable-background-networking", "--disable-component-update", "--disable-sync",
-        ],
-    });
-}
+if (!existsSync(pageFile)) throw new Error(`${pageFile} is missing; run scripts/test-page`);
 
 /**
  * Opens the page, from disk by default. `page.complaints` collects what the console says, and each

@@ -287,13 +287,27 @@ test("an event after the end stands at the end", async () => {
  * centre.
  */
 async function drag(page, label, share, { whileDragging = async () => {} } = {}) {
-    const handle = await page.locator(`.handle[aria-label="${label}"]`).boundingBox();
+    const marked = page.locator(`.handle[aria-label="${label}"]`);
+    await marked.scrollIntoViewIfNeeded();
+    const handle = await marked.boundingBox();
     const track = await page.locator(".track.hours").boundingBox();
     const [x, y] = [handle.x + 0.8 * handle.width, handle.y + handle.height / 2];
     await page.mouse.move(x, y);
     await page.mouse.down();
     await page.mouse.move(x + share * track.width, y, { steps: 8 });
     await whileDragging();
+    await page.mouse.up();
+    await played(page);
+}
+
+const trackOf = (page, lane) => page.locator(".lane", { has: page.getByText(lane, { exact: true }) }).locator(".track");
+
+/** Draws on a lane from one share of its width to another. */
+async function draw(page, lane, from, to) {
+    const { x, y, width, height } = await trackOf(page, lane).boundingBox();
+    await page.mouse.move(x + from * width, y + height / 2);
+    await page.mouse.down();
+    await page.mouse.move(x + to * width, y + height / 2, { steps: 4 });
     await page.mouse.up();
     await played(page);
 }
@@ -307,8 +321,15 @@ test("dragging an event plays the night again", async () => {
     await played(page);
     assert.match(await verdict(page), /^Quiet for 7 h 20 min/);
     await drag(page, taken, -0.5 / 9.5, { whileDragging: () => page.locator("#night .verdict", { hasText: "Quiet for 6 h 50 min" }).waitFor() });
+    // The part of the night in view stays, and so do the kinds of lines that are hidden.
+    await page.click("#night [aria-label='Zoom in']");
+    await page.click("#night .filter.kind-event");
+    const shown = () => page.$$eval("#night .range, #night .filter input", ([range, ...filters]) => [range.textContent, ...filters.map(({ checked }) => checked)]);
+    const before = await shown();
     await drag(page, taken, -0.5 / 9.5);
     assert.match(await verdict(page), /^Quiet for 6 h 20 min/);
+    assert.deepEqual(await shown(), before);
+    assert.ok(before.includes(false));
     await page.focus(`.handle[aria-label="${laidDown}"]`);
     for (let i = 0; i < 3; ++i) await page.keyboard.press("ArrowLeft");
     await page.keyboard.press("PageUp");
@@ -329,15 +350,7 @@ test("what is drawn on a lane happens in the night", async () => {
     await choose(page, "night");
     await played(page);
     const lanes = { Charger: "charger", Call: "call", Airplane: "airplane", "Wi-Fi": "wifi", Bluetooth: "bluetooth", Cellular: "cellular_data" };
-    for (const name of Object.keys(lanes)) {
-        const track = await page.locator(".lane", { has: page.getByText(name, { exact: true }) }).locator(".track").boundingBox();
-        const y = track.y + track.height / 2;
-        await page.mouse.move(track.x + 0.3 * track.width, y);
-        await page.mouse.down();
-        await page.mouse.move(track.x + 0.5 * track.width, y, { steps: 4 });
-        await page.mouse.up();
-        await played(page);
-    }
+    for (const name of Object.keys(lanes)) await draw(page, name, 0.3, 0.5);
     const { bytes } = await downloaded(page, "Download the scenario");
     const events = [...bytes.toString().matchAll(/\[\[event\]\]\nat = (\S+)\n(\w+) = (.+)/g)].map(([, at, action, value]) => [at, action, value]);
     for (const action of Object.values(lanes)) {
@@ -355,18 +368,10 @@ test("drawing backwards adds the same, and a full part of a lane is not drawn on
     const page = await open(browser);
     await choose(page, "night");
     await played(page);
-    const track = async (name) => page.locator(".lane", { has: page.getByText(name, { exact: true }) }).locator(".track").boundingBox();
-    const draw = async ({ x, y, width, height }, from, to) => {
-        await page.mouse.move(x + from * width, y + height / 2);
-        await page.mouse.down();
-        await page.mouse.move(x + to * width, y + height / 2, { steps: 4 });
-        await page.mouse.up();
-        await played(page);
-    };
-    await draw(await track("Charger"), 0.5, 0.3);
+    await draw(page, "Charger", 0.5, 0.3);
     assert.deepEqual(await page.$$eval(".handle.charger, .handle.off", (all) => all.map((handle) => handle.getAttribute("aria-valuetext"))), ["01:21:00", "03:15:00"]);
-    await draw(await track("Posture"), 0.5, 0.6);
-    await draw(await track("Charger"), 0.4, 0.6);
+    await draw(page, "Posture", 0.5, 0.6);
+    await draw(page, "Charger", 0.4, 0.6);
     assert.equal(await page.locator(".handle").count(), 4);
     await page.context().close();
 });
@@ -425,6 +430,7 @@ test("a file that is given while another is read takes its place", async () => {
     await give(page, "recording", fileOf("long.csv", long));
     await give(page, "recording", fileOf("still.csv", still));
     await told(page, "recording", "still.csv: 600 readings");
+    assert.equal(await page.locator("#recording [role=alert]").textContent(), "");
     await give(page, "recording", fileOf("long.csv", long));
     await page.getByRole("button", { name: "Stop", exact: true }).click();
     await told(page, "recording", "Stopped.");
@@ -452,7 +458,7 @@ test("a tap on a lane draws, too", async () => {
     const page = await open(browser, { width: 390, height: 800, isMobile: true, hasTouch: true });
     await choose(page, "night");
     await played(page);
-    const track = page.locator(".lane", { has: page.getByText("Charger", { exact: true }) }).locator(".track");
+    const track = trackOf(page, "Charger");
     const { width, height } = await track.boundingBox();
     await track.tap({ position: { x: width / 2, y: height / 2 } });
     await played(page);
@@ -650,6 +656,9 @@ async function recordedSummary(z, options = {}) {
     await told(page, "recording", "Do not touch");
     await page.locator("#recording .verdict").first().waitFor();
     const summary = await page.textContent("#recording .summary");
+    // Eleven seconds with a reading each 20 ms, and not those of the three seconds before.
+    const [readings] = (await page.textContent("#recording .status")).match(/\d+(?= readings)/);
+    assert.ok(readings <= 640, `${readings} readings`);
     await page.context().close();
     return summary;
 }

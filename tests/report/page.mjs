@@ -1,20 +1,16 @@
 /// A page of a report in a browser, for the tests.
 import { execFileSync } from "node:child_process";
 import { existsSync, mkdtempSync, rmSync } from "node:fs";
-import { createRequire } from "node:module";
 import { tmpdir } from "node:os";
-import { dirname, join } from "node:path";
-import { fileURLToPath, pathToFileURL } from "node:url";
+import { join } from "node:path";
+import { pathToFileURL } from "node:url";
 
-export const root = join(dirname(fileURLToPath(import.meta.url)), "../..");
-const require = createRequire(join(root, "report/page/package.json"));
-const { chromium } = require("playwright-core");
+import { root } from "../browser.mjs";
+
+export { launch, root } from "../browser.mjs";
 
 const command = process.env.NOCTARA_COMMAND ?? join(root, "build-tests/noctara");
-const browserPath = process.env.NOCTARA_BROWSER ?? "/usr/bin/chromium";
-
-for (const program of [command, browserPath])
-    if (!existsSync(program)) throw new Error(`${program} is missing; run scripts/test-report`);
+if (!existsSync(command)) throw new Error(`${command} is missing; run scripts/test-report`);
 
 export const folder = mkdtempSync(join(tmpdir(), "noctara-report-"));
 process.on("exit", () => rmSync(folder, { recursive: true, force: true }));
@@ -34,16 +30,6 @@ export function reportOf(name, ...args) {
     const file = join(folder, `${name}.html`);
     noctara("night", ...args, "--report", file);
     return file;
-}
-
-export function launch() {
-    return chromium.launch({
-        executablePath: browserPath,
-        args: [
-            "--no-sandbox", "--headless", "--disable-gpu", "--disable-quic", "--no-first-run",
-            "--disable-background-networking", "--disable-component-update", "--disable-sync",
-        ],
-    });
 }
 
 /** Opens a file. `page.complaints` collects what the console says and each request but the file. */
