@@ -1,45 +1,74 @@
 #include "input/file_reading.h"
 
+#include "input/file_descriptor.h"
 #include "input/input_file.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
-#include <fstream>
 #include <system_error>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace noctara {
+
+namespace {
+
+[[noreturn]] void fail(int error) {
+    throw UnreadableFile(error == ENOENT ? "no such file" : std::generic_category().message(error));
+}
+
+/// Returns the number of bytes, 0 at the end.
+std::size_t readPart(int file, char* buffer, std::size_t size) {
+    while (true) {
+        const ssize_t count = ::read(file, buffer, size);
+        if (count >= 0)
+            return static_cast<std::size_t>(count);
+        if (errno != EINTR)
+            fail(errno);
+    }
+}
+
+} // namespace
 
 std::string readFile(const std::filesystem::path& file, std::size_t mostMebibytes, Pipes pipes) {
     const std::size_t mostBytes = mostMebibytes << 20;
     const auto refuseSize = [&] {
         throw UnreadableFile("larger than " + std::to_string(mostMebibytes) + " MiB");
     };
+    // O_NONBLOCK does not wait for a writer to a pipe. It has no effect on regular files.
+    const int waiting = pipes == Pipes::refused ? O_NONBLOCK : 0;
+    const FileDescriptor source(::open(file.c_str(), O_RDONLY | O_CLOEXEC | waiting));
     struct stat status {};
-    if (::stat(file.c_str(), &status) == 0) {
-        if (S_ISDIR(status.st_mode))
-            throw UnreadableFile("a folder, not a file");
-        if (S_ISFIFO(status.st_mode) && pipes == Pipes::refused)
-            throw UnreadableFile("not a regular file");
+    if (!source.isOpen() || ::fstat(source.get(), &status) != 0)
+        fail(errno);
+    if (S_ISDIR(status.st_mode))
+        throw UnreadableFile("a folder, not a file");
+    if (S_ISFIFO(status.st_mode) && pipes == Pipes::refused)
+        throw UnreadableFile("not a regular file");
+    constexpr std::size_t part = 1 << 12;
+    std::size_t expected = part;
+    if (S_ISREG(status.st_mode)) {
         // The monitor reads the list of wake-ups every few seconds: a huge file is refused unread.
-        if (S_ISREG(status.st_mode) && static_cast<std::uintmax_t>(status.st_size) > mostBytes)
+        if (static_cast<std::uintmax_t>(status.st_size) > mostBytes)
             refuseSize();
+        expected = static_cast<std::size_t>(status.st_size);
     }
-    errno = 0;
-    std::ifstream stream(file, std::ios::binary);
-    std::string bytes;
-    std::array<char, 1 << 14> part;
-    while (bytes.size() <= mostBytes &&
-           (stream.read(part.data(), part.size()), stream.gcount() > 0))
-        bytes.append(part.data(), static_cast<std::size_t>(stream.gcount()));
-    if (!stream.is_open() || stream.bad())
-        throw UnreadableFile(errno == ENOENT
-                                 ? "no such file"
-                                 : std::generic_category().message(errno ? errno : EIO));
-    if (bytes.size() > mostBytes)
-        refuseSize();
+
+    // One byte more, so that the second read finds the end.
+    std::string bytes(expected + 1, '\0');
+    std::size_t size = 0;
+    while (const std::size_t count = readPart(source.get(), &bytes[size], bytes.size() - size)) {
+        size += count;
+        if (size > mostBytes)
+            refuseSize();
+        if (size == bytes.size())
+            bytes.resize(size + part);
+    }
+    bytes.resize(size);
     return bytes;
 }
 

@@ -1,6 +1,7 @@
 #include "output/output_file.h"
 
 #include "input/bad_input.h"
+#include "input/file_descriptor.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -49,9 +50,8 @@ void keepOwner(const fs::path& file, const fs::path& other) {
 
 /// Writes the bytes of a file to the disk.
 bool sync(const fs::path& file) {
-    const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
-    const bool isSynced = descriptor >= 0 && ::fsync(descriptor) == 0;
-    return descriptor >= 0 && ::close(descriptor) == 0 && isSynced;
+    FileDescriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    return descriptor.isOpen() && ::fsync(descriptor.get()) == 0 && descriptor.close();
 }
 
 } // namespace

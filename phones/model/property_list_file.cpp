@@ -1,6 +1,7 @@
 /// Reads and writes property lists with libplist.
 #include "phones/model/property_list_file.h"
 
+#include "input/file_descriptor.h"
 #include "input/file_reading.h"
 #include "phones/model/property_list_date.h"
 #include "phones/model/property_list_guard.h"
@@ -111,13 +112,15 @@ Array arrayOf(plist_t node) {
 }
 
 Dictionary dictionaryOf(plist_t node) {
-    if (plist_dict_get_size(node) > maximumKeys)
+    const std::uint32_t size = plist_dict_get_size(node);
+    if (size > maximumKeys)
         throw UnreadablePropertyList("more than " + std::to_string(maximumKeys) +
                                      " keys in one dictionary");
     plist_dict_iter iterator = nullptr;
     plist_dict_new_iter(node, &iterator);
     const std::unique_ptr<void, Freeing> owned(iterator);
     Dictionary dictionary;
+    dictionary.reserve(size);
     while (true) {
         char* key = nullptr;
         plist_t item = nullptr;
@@ -235,23 +238,6 @@ void collectZeros(const PropertyList& value, std::vector<bool>& areNegative) {
             collectZeros(entry.value, areNegative);
     }
 }
-
-class FileDescriptor {
-public:
-    explicit FileDescriptor(int openFile) : number(openFile) {}
-    FileDescriptor(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(const FileDescriptor&) = delete;
-    ~FileDescriptor() { close(); }
-
-    int get() const { return number; }
-    bool isOpen() const { return number >= 0; }
-
-    /// False if the system reports a delayed write error.
-    bool close() { return number < 0 || ::close(std::exchange(number, -1)) == 0; }
-
-private:
-    int number;
-};
 
 bool writeAll(int file, std::string_view bytes) {
     while (!bytes.empty()) {

@@ -12,7 +12,10 @@ namespace noctara {
 
 namespace {
 
-constexpr std::string_view blanks = " \t\r\n";
+/// Compared one by one, because find_first_of calls a function for each character.
+constexpr bool isBlank(char character) {
+    return character == ' ' || character == '\t' || character == '\r' || character == '\n';
+}
 
 [[noreturn]] void refuse(const char* reason) {
     throw UnreadablePropertyList(reason);
@@ -128,10 +131,12 @@ std::string plainInteger(std::string_view text) {
 
 /// Checks the text at `begin`, of a number or a date. Removes leading zeros of integers.
 void checkScalar(std::string& xml, std::string_view name, std::size_t begin) {
-    const std::size_t end = std::min(xml.find('<', begin), xml.size());
-    begin = std::min(xml.find_first_not_of(blanks, begin), end);
-    std::string_view text = std::string_view(xml).substr(begin, end - begin);
-    text = text.substr(0, text.find_last_not_of(blanks) + 1);
+    std::size_t end = std::min(xml.find('<', begin), xml.size());
+    while (begin < end && isBlank(xml[begin]))
+        ++begin;
+    while (begin < end && isBlank(xml[end - 1]))
+        --end;
+    const std::string_view text = std::string_view(xml).substr(begin, end - begin);
     if (name == "real" && !isReal(text))
         refuse("an invalid real number");
     if (name == "date" && !secondsOfDateText(text))
@@ -149,6 +154,14 @@ std::size_t endOf(std::string_view text, std::string_view closing, std::size_t f
     if (found == std::string_view::npos)
         refuse("ends too early");
     return found + closing.size();
+}
+
+/// The name at the beginning of a tag, with the slash of a closing tag.
+std::string_view nameIn(std::string_view tag) {
+    std::size_t length = tag.starts_with('/') ? 1 : 0;
+    while (length < tag.size() && tag[length] != '/' && !isBlank(tag[length]))
+        ++length;
+    return tag.substr(0, length);
 }
 
 } // namespace
@@ -179,7 +192,7 @@ std::string checkedXmlPropertyList(std::string_view bytes) {
         // libplist ignores ">" within quotation marks or brackets, so it would see other tags.
         if (std::count(tag.begin(), tag.end(), '"') % 2 != 0 || tag.find('[') != tag.npos)
             refuse("not a property list");
-        const std::string_view name = tag.substr(0, tag.find_first_of(" \t\r\n/", 1));
+        const std::string_view name = nameIn(tag);
         if ((name == "array" || name == "dict") && !tag.ends_with('/'))
             requireLevel(++levels);
         else if ((name == "/array" || name == "/dict") && levels > 0)
