@@ -17,7 +17,7 @@ namespace {
     const int length = std::vsnprintf(line.data(), line.size(), format, arguments);
     std::string text = length < 0 ? format : line.data();
     if (length >= static_cast<int>(line.size())) {
-        text.resize(static_cast<std::size_t>(length));
+        text = std::string(static_cast<std::size_t>(length), '\0');
         std::vsnprintf(text.data(), text.size() + 1, format, again);
     }
     va_end(again);

@@ -72,10 +72,6 @@ PropertyList* Dictionary::find(std::string_view key) {
     return const_cast<PropertyList*>(std::as_const(*this).find(key));
 }
 
-void Dictionary::reserve(std::size_t keys) {
-    entries.reserve(keys);
-}
-
 void Dictionary::set(std::string_view key, PropertyList value) {
     for (auto& entry : entries)
         if (entry.key == key) {

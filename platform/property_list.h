@@ -42,9 +42,6 @@ public:
     const PropertyList* find(std::string_view key) const;
     PropertyList* find(std::string_view key);
 
-    /// Makes room for this number of keys, so that setting them does not allocate.
-    void reserve(std::size_t keys);
-
     /// Replaces the value of `key` without moving it, or appends a new key.
     void set(std::string_view key, PropertyList value);
 

@@ -1,12 +1,11 @@
 #include "phones/model/property_list_edit.h"
 
+#include "phones/model/libplist_nodes.h"
 #include "phones/model/property_list_file.h"
 
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
-
-#include <plist/plist.h>
 
 namespace noctara {
 
@@ -16,25 +15,18 @@ struct Freeing {
     void operator()(char* memory) const { std::free(memory); }
 };
 
-struct NodeFreeing {
-    void operator()(void* node) const { plist_free(node); }
-};
-
 /// A binary list stays one of libplist's nodes, because a PropertyList does not hold all of it: the
 /// fraction of a date, for example, is rounded.
 std::string changedBinary(std::string_view bytes, const std::string& key,
                           const std::optional<PropertyList>& value) {
     plist_t top = nullptr;
     plist_from_bin(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &top);
-    const std::unique_ptr<void, NodeFreeing> ownedTop(top);
+    const Node ownedTop(top);
     // A UID is read as a dictionary, but libplist sets no item in it and would not free the item.
     if (plist_get_node_type(top) != PLIST_DICT)
         return {};
     if (value) {
-        const std::string xml = propertyListXml(*value);
-        plist_t item = nullptr;
-        plist_from_xml(xml.data(), static_cast<std::uint32_t>(xml.size()), &item);
-        plist_dict_set_item(top, key.c_str(), item);
+        plist_dict_set_item(top, key.c_str(), nodeOfValue(*value).release());
     } else {
         plist_dict_remove_item(top, key.c_str());
     }

@@ -1,25 +1,20 @@
-/// Reads and writes property lists with libplist.
 #include "phones/model/property_list_file.h"
 
 #include "input/file_descriptor.h"
 #include "input/file_reading.h"
-#include "phones/model/property_list_date.h"
+#include "phones/model/libplist_nodes.h"
 #include "phones/model/property_list_guard.h"
-#include "platform/utf8.h"
+#include "phones/model/xml_property_list.h"
 
 #include <atomic>
 #include <cerrno>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
-#include <memory>
 #include <optional>
 #include <utility>
-#include <variant>
 #include <vector>
 
 #include <fcntl.h>
-#include <plist/plist.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -29,207 +24,11 @@ namespace {
 
 constexpr std::size_t maximumBytes = std::size_t{1} << 20;
 
-/// A limit, because Dictionary searches its keys linearly.
-constexpr std::uint32_t maximumKeys = 4096;
-
-struct Freeing {
-    void operator()(void* memory) const { std::free(memory); }
-};
-
-struct NodeFreeing {
-    void operator()(void* node) const { plist_free(node); }
-};
-
-/// A libplist node that no other node owns.
-using Node = std::unique_ptr<void, NodeFreeing>;
-
-/// The node that a number was read from.
-struct NodeOfNumber final : PhoneObject {
-    explicit NodeOfNumber(plist_t number) : node(plist_copy(number)) {}
-
-    Node node;
-};
-
-PropertyList numberOf(plist_t node, PropertyList value) {
-    return {std::move(value), std::make_shared<NodeOfNumber>(node)};
-}
-
-double realOf(plist_t node) {
-    double real = 0;
-    plist_get_real_val(node, &real);
-    return real;
-}
-
-std::string checkedText(std::string text) {
-    if (!isUtf8(text))
-        throw UnreadablePropertyList("text that is not UTF-8");
-    return text;
-}
-
-std::string xmlOf(plist_t node) {
-    char* xml = nullptr;
-    std::uint32_t length = 0;
-    plist_to_xml(node, &xml, &length);
-    const std::unique_ptr<char, Freeing> owned(xml);
-    return xml ? std::string(xml, length) : std::string();
-}
-
-Node nodeOfXml(std::string_view xml) {
-    plist_t node = nullptr;
-    plist_from_xml(xml.data(), static_cast<std::uint32_t>(xml.size()), &node);
-    return Node(node);
-}
-
-/// libplist returns dates in 32 bits, from 1932 to 2069, and the fraction without its sign. Its XML
-/// has the seconds of all dates, rounded towards 2001.
-Date dateOf(plist_t node) {
-    const std::string xml = xmlOf(node);
-    constexpr std::string_view tag = "<date>";
-    const std::size_t begin = xml.find(tag) + tag.size();
-    const auto seconds =
-        secondsOfDateText(std::string_view(xml).substr(begin, xml.find("</date>", begin) - begin));
-    if (!seconds)
-        throw UnreadablePropertyList("an invalid date");
-    std::int32_t wholeSeconds = 0;
-    std::int32_t microseconds = 0;
-    plist_get_date_val(node, &wholeSeconds, &microseconds);
-    const double fraction = microseconds / 1e6;
-    constexpr std::int64_t startOf2001 = 978307200;
-    return {static_cast<double>(*seconds) + (*seconds < startOf2001 ? -fraction : fraction)};
-}
-
-PropertyList valueOf(plist_t node);
-
-Array arrayOf(plist_t node) {
-    plist_array_iter iterator = nullptr;
-    plist_array_new_iter(node, &iterator);
-    const std::unique_ptr<void, Freeing> owned(iterator);
-    Array array;
-    plist_t item = nullptr;
-    while (plist_array_next_item(node, iterator, &item), item)
-        array.push_back(valueOf(item));
-    return array;
-}
-
-Dictionary dictionaryOf(plist_t node) {
-    const std::uint32_t size = plist_dict_get_size(node);
-    if (size > maximumKeys)
-        throw UnreadablePropertyList("more than " + std::to_string(maximumKeys) +
-                                     " keys in one dictionary");
-    plist_dict_iter iterator = nullptr;
-    plist_dict_new_iter(node, &iterator);
-    const std::unique_ptr<void, Freeing> owned(iterator);
-    Dictionary dictionary;
-    dictionary.reserve(size);
-    while (true) {
-        char* key = nullptr;
-        plist_t item = nullptr;
-        plist_dict_next_item(node, iterator, &key, &item);
-        const std::unique_ptr<char, Freeing> ownedKey(key);
-        if (!item || !key)
-            return dictionary;
-        dictionary.set(checkedText(key), valueOf(item));
-    }
-}
-
-PropertyList valueOf(plist_t node) {
-    std::uint64_t length = 0;
-    switch (plist_get_node_type(node)) {
-    case PLIST_BOOLEAN: {
-        std::uint8_t truth = 0;
-        plist_get_bool_val(node, &truth);
-        return truth != 0;
-    }
-    case PLIST_UINT: {
-        std::uint64_t integer = 0;
-        plist_get_uint_val(node, &integer);
-        const auto value = static_cast<std::int64_t>(integer);
-        // Beyond 63 bits, libplist alone knows whether it is a negative number.
-        return value < 0 ? numberOf(node, value) : value;
-    }
-    case PLIST_REAL:
-        return numberOf(node, realOf(node));
-    case PLIST_STRING: {
-        const char* text = plist_get_string_ptr(node, &length);
-        return checkedText(std::string(text, static_cast<std::size_t>(length)));
-    }
-    case PLIST_DATA: {
-        const char* data = plist_get_data_ptr(node, &length);
-        return Data(data, data + length);
-    }
-    case PLIST_UID: {
-        std::uint64_t uid = 0;
-        plist_get_uid_val(node, &uid);
-        return Dictionary{{"CF$UID", static_cast<std::int64_t>(uid)}};
-    }
-    case PLIST_DATE:
-        return dateOf(node);
-    case PLIST_ARRAY:
-        return arrayOf(node);
-    case PLIST_DICT:
-        return dictionaryOf(node);
-    default:
-        throw UnreadablePropertyList("not a property list");
-    }
-}
-
-Node nodeOf(const PropertyList& value);
-
-Node nodeOf(bool truth) {
-    return Node(plist_new_bool(truth ? 1 : 0));
-}
-
-Node nodeOf(std::int64_t integer) {
-    return Node(plist_new_uint(static_cast<std::uint64_t>(integer)));
-}
-
-Node nodeOf(double real) {
-    return Node(plist_new_real(real));
-}
-
-Node nodeOf(const std::string& text) {
-    return Node(plist_new_string(text.c_str()));
-}
-
-/// Goes through XML, because libplist's function for new dates takes only 32 bits.
-Node nodeOf(const Date& date) {
-    // If one argument is NaN, fmax returns the other.
-    const double seconds =
-        std::fmin(std::fmax(date.secondsSince1970, double{earliestPropertyListDate}),
-                  double{latestPropertyListDate});
-    return nodeOfXml("<plist><date>" + dateText(static_cast<std::int64_t>(std::floor(seconds))) +
-                     "</date></plist>");
-}
-
-Node nodeOf(const Data& data) {
-    return Node(plist_new_data(reinterpret_cast<const char*>(data.data()), data.size()));
-}
-
-Node nodeOf(const Array& array) {
-    Node node(plist_new_array());
-    for (const PropertyList& item : array)
-        plist_array_append_item(node.get(), nodeOf(item).release());
-    return node;
-}
-
-Node nodeOf(const Dictionary& dictionary) {
-    Node node(plist_new_dict());
-    for (const auto& [key, value] : dictionary)
-        plist_dict_set_item(node.get(), key.c_str(), nodeOf(value).release());
-    return node;
-}
-
-Node nodeOf(const PropertyList& value) {
-    if (const auto* number = value.madeOf<NodeOfNumber>())
-        return Node(plist_copy(number->node.get()));
-    return std::visit([](const auto& content) { return nodeOf(content); }, value.variant());
-}
-
 /// Collects, for each real that is zero, whether it is -0.0, in the order of the XML.
 void collectZeros(const PropertyList& value, std::vector<bool>& areNegative) {
     if (const auto* real = value.as<double>(); real && *real == 0) {
         const auto* number = value.madeOf<NodeOfNumber>();
-        areNegative.push_back(number && std::signbit(realOf(number->node.get())));
+        areNegative.push_back(number && std::signbit(realOfNode(number->node.get())));
     } else if (const auto* array = value.as<Array>()) {
         for (const PropertyList& item : *array)
             collectZeros(item, areNegative);
@@ -299,18 +98,15 @@ ParsedPropertyList parsePropertyList(std::string_view bytes) {
             throw UnreadablePropertyList("empty");
         if (bytes.size() > maximumBytes)
             throw UnreadablePropertyList("larger than 1 MiB");
-        Node node;
-        if (bytes.starts_with("bplist00")) {
-            checkBinaryPropertyList(bytes);
-            plist_t parsed = nullptr;
-            plist_from_bin(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &parsed);
-            node.reset(parsed);
-        } else {
-            node = nodeOfXml(checkedXmlPropertyList(bytes));
-        }
+        if (!bytes.starts_with("bplist00"))
+            return {readXmlPropertyList(bytes), {}};
+        checkBinaryPropertyList(bytes);
+        plist_t parsed = nullptr;
+        plist_from_bin(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &parsed);
+        const Node node(parsed);
         if (!node)
             throw UnreadablePropertyList("not a property list");
-        return {valueOf(node.get()), {}};
+        return {valueOfNode(node.get()), {}};
     } catch (const UnreadablePropertyList& error) {
         return {std::nullopt, error.what()};
     }
@@ -333,7 +129,7 @@ ParsedPropertyList readPropertyListInput(const std::filesystem::path& file) {
 }
 
 std::string propertyListXml(const PropertyList& value) {
-    std::string xml = xmlOf(nodeOf(value).get());
+    std::string xml = xmlOfNode(nodeOfValue(value).get());
     // libplist writes -0.0 without its sign. Text cannot contain the tag, because "<" is escaped in
     // it.
     std::vector<bool> areNegative;

@@ -1,12 +1,13 @@
-/// Reads and writes property lists with libplist.
+/// Reads and writes property lists. pugixml reads the XML form. libplist reads the binary form, and
+/// writes XML.
 ///
 /// The reader accepts the XML and the binary form, up to 1 MiB, 64 levels of nesting and 4096 keys
 /// in one dictionary. Dictionaries keep the order of the file. If a key occurs twice, the last
 /// value takes the position of the first. Integers keep their low 64 bits, so one above the largest
-/// std::int64_t becomes negative. Numbers keep the node that they were read from, for the writer.
-/// Dates keep the fraction of a second, which only the binary form has, to the microsecond. A UID
-/// becomes a dictionary with the one key `CF$UID`, as in Apple's XML. A set becomes an array. Text
-/// after `</plist>` is ignored.
+/// std::int64_t becomes negative. A number that a PropertyList does not hold whole keeps a node of
+/// libplist for the writer. Dates keep the fraction of a second, which only the binary form has, to
+/// the microsecond. A UID becomes a dictionary with the one key `CF$UID`, as in Apple's XML. A set
+/// becomes an array. Text after `</plist>` is ignored.
 #pragma once
 
 #include "platform/property_list.h"

@@ -131,6 +131,26 @@ TEST(AnXmlList, with_a_real_that_is_not_one_is_refused) {
             << text;
 }
 
+TEST(AnXmlList, has_data_in_lines_and_without_padding) {
+    EXPECT_EQ(valueOf("<data/>"), PropertyList(Data{}));
+    EXPECT_EQ(valueOf("<data>\n\tAA\n\tEC/w== </data>"), PropertyList(Data{0, 1, 2, 255}));
+    EXPECT_EQ(valueOf("<data>AAE</data>"), PropertyList(Data{0, 1}));
+}
+
+TEST(AnXmlList, with_data_that_is_not_base64_is_refused) {
+    for (const char* text : {"A", "AA*A", "AA==AA", "AAA=="})
+        EXPECT_EQ(errorOf(listOf("<data>" + std::string(text) + "</data>")), "invalid data")
+            << text;
+}
+
+TEST(AnXmlList, keeps_blanks_line_ends_and_control_characters_of_text) {
+    for (const char* text : {" ", " a ", "\n", "a\r\nb\rc", "\x01\x1F\x7F", "\xEF\xBF\xBF"}) {
+        EXPECT_EQ(valueOf("<string>" + std::string(text) + "</string>"), PropertyList(text));
+        EXPECT_EQ(valueOf("<dict><key>" + std::string(text) + "</key><true/></dict>"),
+                  PropertyList(Dictionary{{text, true}}));
+    }
+}
+
 TEST(AnXmlList, has_dates_far_from_now) {
     EXPECT_EQ(valueOf("<date>4001-01-01T00:00:00Z</date>"), PropertyList(Date{64092211200}));
     EXPECT_EQ(valueOf("<date>0001-01-01T00:00:00Z</date>"), PropertyList(Date{-62135596800}));
@@ -175,7 +195,8 @@ TEST(AnXmlList, with_text_that_is_not_utf_8_is_refused) {
 }
 
 TEST(AnXmlList, with_a_nul_byte_is_refused) {
-    EXPECT_EQ(errorOf(listOf(std::string("<string>a\0b</string>", 20))), "not a property list");
+    EXPECT_EQ(errorOf(listOf(std::string("<string>a\0b</string>", 20))),
+              "damaged or incomplete XML");
 }
 
 TEST(ABinaryList, has_every_type) {

@@ -1,0 +1,44 @@
+/// Converts values to nodes of libplist and back.
+#pragma once
+
+#include "platform/property_list.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include <plist/plist.h>
+
+namespace noctara {
+
+struct NodeFreeing {
+    void operator()(void* node) const { plist_free(node); }
+};
+
+/// A node that no other node owns.
+using Node = std::unique_ptr<void, NodeFreeing>;
+
+/// A number of a property list. The node has all 64 bits of an unsigned integer, and the sign of
+/// -0.0.
+struct NodeOfNumber final : PhoneObject {
+    explicit NodeOfNumber(Node number) : node(std::move(number)) {}
+
+    Node node;
+};
+
+/// Null if libplist cannot read it. The XML must not come from a file, because libplist aborts at
+/// some damage.
+Node nodeOfXml(std::string_view xml);
+
+/// Empty if libplist cannot write it.
+std::string xmlOfNode(plist_t node);
+
+/// The value of a node of a binary list. Throws UnreadablePropertyList.
+PropertyList valueOfNode(plist_t node);
+
+double realOfNode(plist_t node);
+
+Node nodeOfValue(const PropertyList& value);
+
+} // namespace noctara
