@@ -112,7 +112,7 @@ Node nodeOf(const Dictionary& dictionary) {
 
 } // namespace
 
-Node nodeOfXml(std::string_view xml) {
+Node nodeOfXml(const std::string& xml) {
     plist_t node = nullptr;
     plist_from_xml(xml.data(), static_cast<std::uint32_t>(xml.size()), &node);
     return Node(node);

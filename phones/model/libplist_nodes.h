@@ -5,7 +5,6 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 #include <utility>
 
 #include <plist/plist.h>
@@ -29,7 +28,7 @@ struct NodeOfNumber final : PhoneObject {
 
 /// Null if libplist cannot read it. The XML must not come from a file, because libplist aborts at
 /// some damage.
-Node nodeOfXml(std::string_view xml);
+Node nodeOfXml(const std::string& xml);
 
 /// Empty if libplist cannot write it.
 std::string xmlOfNode(plist_t node);
