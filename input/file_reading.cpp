@@ -39,34 +39,29 @@ std::string readFile(const std::filesystem::path& file, std::size_t mostMebibyte
     const auto refuseSize = [&] {
         throw UnreadableFile("larger than " + std::to_string(mostMebibytes) + " MiB");
     };
-    // O_NONBLOCK does not wait for a writer to a pipe. It has no effect on regular files.
-    const int waiting = pipes == Pipes::refused ? O_NONBLOCK : 0;
-    const FileDescriptor source(::open(file.c_str(), O_RDONLY | O_CLOEXEC | waiting));
     struct stat status {};
-    if (!source.isOpen() || ::fstat(source.get(), &status) != 0)
-        fail(errno);
-    if (S_ISDIR(status.st_mode))
-        throw UnreadableFile("a folder, not a file");
-    if (S_ISFIFO(status.st_mode) && pipes == Pipes::refused)
-        throw UnreadableFile("not a regular file");
-    constexpr std::size_t part = 1 << 12;
-    std::size_t expected = part;
-    if (S_ISREG(status.st_mode)) {
+    if (::stat(file.c_str(), &status) == 0) {
+        if (S_ISDIR(status.st_mode))
+            throw UnreadableFile("a folder, not a file");
+        // It is not opened, because its writer would fail when it is closed.
+        if (S_ISFIFO(status.st_mode) && pipes == Pipes::refused)
+            throw UnreadableFile("not a regular file");
         // The monitor reads the list of wake-ups every few seconds: a huge file is refused unread.
-        if (static_cast<std::uintmax_t>(status.st_size) > mostBytes)
+        if (S_ISREG(status.st_mode) && static_cast<std::uintmax_t>(status.st_size) > mostBytes)
             refuseSize();
-        expected = static_cast<std::size_t>(status.st_size);
     }
-
-    // One byte more, so that the second read finds the end.
-    std::string bytes(expected + 1, '\0');
+    const FileDescriptor source(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!source.isOpen())
+        fail(errno);
+    // More than the expected size, so that the second read finds the end.
+    constexpr std::size_t part = 1 << 12;
+    std::string bytes(static_cast<std::size_t>(status.st_size) + part, '\0');
     std::size_t size = 0;
     while (const std::size_t count = readPart(source.get(), &bytes[size], bytes.size() - size)) {
         size += count;
         if (size > mostBytes)
             refuseSize();
-        if (size == bytes.size())
-            bytes.resize(size + part);
+        bytes.resize(std::max(bytes.size(), size + part));
     }
     bytes.resize(size);
     return bytes;

@@ -17,6 +17,15 @@ struct Freeing {
     void operator()(void* memory) const { std::free(memory); }
 };
 
+template <typename Write>
+std::string written(plist_t node, Write write) {
+    char* bytes = nullptr;
+    std::uint32_t length = 0;
+    write(node, &bytes, &length);
+    const std::unique_ptr<char, Freeing> owned(bytes);
+    return bytes ? std::string(bytes, length) : std::string();
+}
+
 PropertyList numberOf(plist_t node, PropertyList value) {
     return {std::move(value), std::make_shared<NodeOfNumber>(Node(plist_copy(node)))};
 }
@@ -119,12 +128,18 @@ Node nodeOfXml(const std::string& xml) {
     return Node(node);
 }
 
+Node nodeOfBinary(std::string_view bytes) {
+    plist_t node = nullptr;
+    plist_from_bin(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &node);
+    return Node(node);
+}
+
 std::string xmlOfNode(plist_t node) {
-    char* xml = nullptr;
-    std::uint32_t length = 0;
-    plist_to_xml(node, &xml, &length);
-    const std::unique_ptr<char, Freeing> owned(xml);
-    return xml ? std::string(xml, length) : std::string();
+    return written(node, plist_to_xml);
+}
+
+std::string binaryOfNode(plist_t node) {
+    return written(node, plist_to_bin);
 }
 
 double realOfNode(plist_t node) {

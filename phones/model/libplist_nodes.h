@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include <plist/plist.h>
@@ -18,8 +19,8 @@ struct NodeFreeing {
 /// A node that no other node owns.
 using Node = std::unique_ptr<void, NodeFreeing>;
 
-/// A number of a property list. The node has all 64 bits of an unsigned integer, and the sign of
-/// -0.0.
+/// A number of a property list. The node keeps what a PropertyList loses: that an integer of 64
+/// bits is unsigned, and the sign of -0.0.
 struct NodeOfNumber final : PhoneObject {
     explicit NodeOfNumber(Node number) : node(std::move(number)) {}
 
@@ -30,8 +31,12 @@ struct NodeOfNumber final : PhoneObject {
 /// some damage.
 Node nodeOfXml(const std::string& xml);
 
+/// Null if libplist cannot read it. checkBinaryPropertyList must have accepted the bytes.
+Node nodeOfBinary(std::string_view bytes);
+
 /// Empty if libplist cannot write it.
 std::string xmlOfNode(plist_t node);
+std::string binaryOfNode(plist_t node);
 
 /// The value of a node of a binary list. Throws UnreadablePropertyList.
 PropertyList valueOfNode(plist_t node);

@@ -2,7 +2,9 @@
 #include "phones/model/property_list_date.h"
 
 #include <array>
+#include <charconv>
 #include <chrono>
+#include <cstddef>
 #include <cstdio>
 
 namespace noctara {
@@ -14,20 +16,36 @@ using std::chrono::sys_days;
 using std::chrono::sys_seconds;
 using std::chrono::year_month_day;
 
+namespace {
+
+/// Takes a number of at most `digits` digits, and the character after it, from the start of a text.
+std::optional<unsigned> takeNumber(std::string_view& text, std::ptrdiff_t digits, char after) {
+    unsigned number = 0;
+    const char* end = text.data() + text.size();
+    const auto parsed = std::from_chars(text.data(), end, number);
+    const std::ptrdiff_t length = parsed.ptr - text.data();
+    if (length == 0 || length > digits || parsed.ptr == end || *parsed.ptr != after)
+        return std::nullopt;
+    text.remove_prefix(static_cast<std::size_t>(length) + 1);
+    return number;
+}
+
+} // namespace
+
 std::optional<std::int64_t> secondsOfDateText(std::string_view text) {
-    int year = 0;
-    unsigned month = 0, day = 0, hour = 0, minute = 0, second = 0;
-    int length = 0;
-    const std::string terminated(text);
-    const int fields = std::sscanf(terminated.c_str(), " %4d-%2u-%2uT%2u:%2u:%2uZ %n", &year,
-                                   &month, &day, &hour, &minute, &second, &length);
-    if (fields != 6 || static_cast<std::size_t>(length) != text.size())
+    const auto year = takeNumber(text, 4, '-');
+    const auto month = takeNumber(text, 2, '-');
+    const auto day = takeNumber(text, 2, 'T');
+    const auto hour = takeNumber(text, 2, ':');
+    const auto minute = takeNumber(text, 2, ':');
+    const auto second = takeNumber(text, 2, 'Z');
+    if (!year || !month || !day || !hour || !minute || !second || !text.empty())
         return std::nullopt;
-    const year_month_day date{std::chrono::year(year), std::chrono::month(month),
-                              std::chrono::day(day)};
-    if (year < 1 || !date.ok() || hour > 23 || minute > 59 || second > 59)
+    const year_month_day date{std::chrono::year(static_cast<int>(*year)),
+                              std::chrono::month(*month), std::chrono::day(*day)};
+    if (*year < 1 || !date.ok() || *hour > 23 || *minute > 59 || *second > 59)
         return std::nullopt;
-    const auto time = std::chrono::hours(hour) + std::chrono::minutes(minute) + seconds(second);
+    const auto time = std::chrono::hours(*hour) + std::chrono::minutes(*minute) + seconds(*second);
     return (sys_days(date) + time).time_since_epoch().count();
 }
 

@@ -12,8 +12,8 @@ namespace noctara {
 inline constexpr std::int64_t earliestPropertyListDate = -62135596800;
 inline constexpr std::int64_t latestPropertyListDate = 253402300799;
 
-/// Seconds since 1970 of a text such as `2012-03-04T05:06:07Z`. Blanks around it are allowed, and
-/// the year may have fewer than four digits. Absent if the text is not a date in the range above.
+/// Seconds since 1970 of a text such as `2012-03-04T05:06:07Z`. Leading zeros may be missing.
+/// Absent if the text is not a date in the range above.
 std::optional<std::int64_t> secondsOfDateText(std::string_view text);
 
 /// The text for `seconds`, which must be in the range above.

@@ -3,38 +3,23 @@
 #include "phones/model/libplist_nodes.h"
 #include "phones/model/property_list_file.h"
 
-#include <cstdint>
-#include <cstdlib>
-#include <memory>
-
 namespace noctara {
 
 namespace {
-
-struct Freeing {
-    void operator()(char* memory) const { std::free(memory); }
-};
 
 /// A binary list stays one of libplist's nodes, because a PropertyList does not hold all of it: the
 /// fraction of a date, for example, is rounded.
 std::string changedBinary(std::string_view bytes, const std::string& key,
                           const std::optional<PropertyList>& value) {
-    plist_t top = nullptr;
-    plist_from_bin(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &top);
-    const Node ownedTop(top);
+    const Node top = nodeOfBinary(bytes);
     // A UID is read as a dictionary, but libplist sets no item in it and would not free the item.
-    if (plist_get_node_type(top) != PLIST_DICT)
+    if (plist_get_node_type(top.get()) != PLIST_DICT)
         return {};
-    if (value) {
-        plist_dict_set_item(top, key.c_str(), nodeOfValue(*value).release());
-    } else {
-        plist_dict_remove_item(top, key.c_str());
-    }
-    char* binary = nullptr;
-    std::uint32_t length = 0;
-    plist_to_bin(top, &binary, &length);
-    const std::unique_ptr<char, Freeing> ownedBinary(binary);
-    return binary ? std::string(binary, length) : std::string();
+    if (value)
+        plist_dict_set_item(top.get(), key.c_str(), nodeOfValue(*value).release());
+    else
+        plist_dict_remove_item(top.get(), key.c_str());
+    return binaryOfNode(top.get());
 }
 
 } // namespace

@@ -11,7 +11,6 @@
 #include <cmath>
 #include <cstdint>
 #include <optional>
-#include <utility>
 #include <vector>
 
 #include <fcntl.h>
@@ -101,9 +100,7 @@ ParsedPropertyList parsePropertyList(std::string_view bytes) {
         if (!bytes.starts_with("bplist00"))
             return {readXmlPropertyList(bytes), {}};
         checkBinaryPropertyList(bytes);
-        plist_t parsed = nullptr;
-        plist_from_bin(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &parsed);
-        const Node node(parsed);
+        const Node node = nodeOfBinary(bytes);
         if (!node)
             throw UnreadablePropertyList("not a property list");
         return {valueOfNode(node.get()), {}};

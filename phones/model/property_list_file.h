@@ -32,10 +32,11 @@ ParsedPropertyList readPropertyListFile(const std::filesystem::path& file);
 /// decompressed.
 ParsedPropertyList readPropertyListInput(const std::filesystem::path& file);
 
-/// XML that parsePropertyList reads as an equal value, with two exceptions. Dates are rounded down
-/// to whole seconds and clamped to the years 1 to 9999; NaN becomes the earliest. Text ends at its
-/// first NUL. A number that was read here is written as it was read, including the sign of -0.0 and
-/// all 64 bits of an unsigned integer. The value must hold UTF-8 text.
+/// XML that parsePropertyList reads as an equal value, with three exceptions. Dates are rounded
+/// down to whole seconds and clamped to the years 1 to 9999; one at NaN becomes the earliest. A
+/// real that is NaN does not equal itself. Text ends at its first NUL. A number that was read here
+/// is written as it was read, including the sign of -0.0 and all 64 bits of an unsigned integer.
+/// The value must hold UTF-8 text.
 std::string propertyListXml(const PropertyList& value);
 
 /// Whether a written file survives a loss of power.

@@ -5,10 +5,13 @@
 #include "phones/model/property_list_guard.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <memory>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include <absl/strings/escaping.h>
@@ -29,15 +32,37 @@ std::string_view withoutBlanks(std::string_view text) {
     return text.substr(0, text.find_last_not_of(blanks) + 1);
 }
 
-/// Replaces references such as "&amp;". pugixml would keep unknown ones as text. libplist refuses
-/// them.
-std::string withoutReferences(const char* text) {
-    if (std::string_view(text).find('&') == std::string_view::npos)
-        return text;
-    const Node node = nodeOfXml("<plist><string>" + std::string(text) + "</string></plist>");
-    if (!node)
+/// The character of a reference: "<" of "&lt;". The name is without "&" and ";".
+std::string characterOf(std::string_view name) {
+    constexpr std::array<std::array<std::string_view, 2>, 5> named{
+        {{"amp", "&"}, {"lt", "<"}, {"gt", ">"}, {"quot", "\""}, {"apos", "'"}}};
+    for (const auto& [known, character] : named)
+        if (name == known)
+            return std::string(character);
+    const bool isHexadecimal = name.starts_with("#x");
+    if (!name.starts_with('#'))
         refuse();
-    return *valueOfNode(node.get()).as<std::string>();
+    name.remove_prefix(isHexadecimal ? 2 : 1);
+    std::uint32_t number = 0;
+    const char* end = name.data() + name.size();
+    const auto parsed = std::from_chars(name.data(), end, number, isHexadecimal ? 16 : 10);
+    if (parsed.ec != std::errc() || parsed.ptr != end || number == 0 || number > 0x10FFFF)
+        refuse();
+    return pugi::as_utf8(std::wstring(1, static_cast<wchar_t>(number)));
+}
+
+/// Not pugixml's own replacement, which keeps unknown references as text.
+std::string withoutReferences(std::string_view text) {
+    std::string plain;
+    for (auto at = text.find('&'); at != text.npos; at = text.find('&')) {
+        const std::size_t end = text.find(';', at);
+        if (end == text.npos)
+            refuse();
+        plain += text.substr(0, at);
+        plain += characterOf(text.substr(at + 1, end - at - 1));
+        text.remove_prefix(end + 1);
+    }
+    return plain += text;
 }
 
 std::string textIn(pugi::xml_node element) {
@@ -55,7 +80,7 @@ std::string textIn(pugi::xml_node element) {
 /// The first element from `node` on; null after the last one. Only blanks may be between elements.
 pugi::xml_node elementFrom(pugi::xml_node node) {
     while (node && node.type() != pugi::node_element) {
-        if (!withoutBlanks(node.value()).empty())
+        if (node.type() != pugi::node_pcdata || !withoutBlanks(node.value()).empty())
             refuse();
         node = node.next_sibling();
     }
@@ -78,7 +103,7 @@ PropertyList integerOf(std::string_view text) {
     const auto value = static_cast<std::int64_t>(isNegative ? 0 - magnitude : magnitude);
     if (isNegative || value >= 0)
         return value;
-    // Beyond 63 bits. libplist makes such a number only from XML.
+    // libplist's function for new integers would make a negative number of it.
     const std::string unsignedText = std::to_string(magnitude);
     return {value, std::make_shared<NodeOfNumber>(
                        nodeOfXml("<plist><integer>" + unsignedText + "</integer></plist>"))};
@@ -106,7 +131,8 @@ PropertyList dateOf(std::string_view text) {
 
 PropertyList dataOf(const std::string& text) {
     std::string bytes;
-    if (!absl::Base64Unescape(text, &bytes))
+    // Abseil takes dots for padding, too.
+    if (text.find('.') != text.npos || !absl::Base64Unescape(text, &bytes))
         refuse("invalid data");
     return Data(bytes.begin(), bytes.end());
 }
@@ -178,7 +204,7 @@ PropertyList readXmlPropertyList(std::string_view bytes) {
     const pugi::xml_node root = elementFrom(document.first_child());
     const bool isWrapped = std::string_view(root.name()) == "plist";
     const pugi::xml_node value = isWrapped ? elementFrom(root.first_child()) : root;
-    if (!value || (isWrapped && elementFrom(value.next_sibling())))
+    if (!value || elementFrom(value.next_sibling()))
         refuse();
     return valueOf(value, 1);
 }

@@ -8,8 +8,10 @@
 
 namespace noctara {
 
-/// The value of the XML, which may be wrapped in a <plist>. Bytes after </plist> are ignored.
-/// Throws UnreadablePropertyList.
+/// The one value of the XML, with or without a <plist> around it. What follows a <plist> is
+/// ignored. If the bytes are not XML, those after the first </plist> are ignored. Throws
+/// UnreadablePropertyList for damaged XML, for elements that no property list has, and beyond the
+/// limits of property_list_guard.h.
 PropertyList readXmlPropertyList(std::string_view bytes);
 
 } // namespace noctara

@@ -50,6 +50,12 @@ TEST_F(AFile, may_be_a_pipe) {
     EXPECT_EQ(content, "from the pipe");
 }
 
+TEST_F(AFile, of_the_system_is_read_whole_although_its_size_is_0) {
+    std::string maximum;
+    std::ifstream("/proc/sys/kernel/pid_max") >> maximum;
+    EXPECT_EQ(readFile("/proc/sys/kernel/pid_max", 1), maximum + '\n');
+}
+
 TEST_F(AFile, that_cannot_be_read_is_refused_with_the_reason) {
     EXPECT_EQ(refusalOf(file), "no such file");
     EXPECT_EQ(refusalOf(folder.path), "a folder, not a file");

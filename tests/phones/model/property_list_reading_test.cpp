@@ -69,6 +69,19 @@ TEST(AnXmlList, may_hold_comments_and_character_data_that_look_like_tags) {
 TEST(AnXmlList, may_hold_character_references) {
     EXPECT_EQ(valueOf("<string>&lt;&amp;&gt;&quot;&apos;&#65;&#x1F600;</string>"),
               PropertyList("<&>\"'A\xF0\x9F\x98\x80"));
+    EXPECT_EQ(valueOf("<string>&#x00000041;&#0000000066;&amp;amp;</string>"),
+              PropertyList("AB&amp;"));
+    EXPECT_EQ(valueOf("<dict><key>a&amp;b</key><integer>&#53;</integer></dict>"),
+              PropertyList(Dictionary{{"a&b", 5}}));
+}
+
+TEST(AnXmlList, with_a_reference_that_is_not_one_is_refused) {
+    for (const char* text :
+         {"&", "a &", "&amp", "&;", "&foo;", "&ampfoo;", "&ltx;", "&#;", "&#x;", "&# 65;", "&#+65;",
+          "&#-1;", "&#x0x41;", "&#X41;", "&#0;", "&#x110000;", "&#4294967361;", "a & b;"})
+        EXPECT_EQ(errorOf(listOf("<string>" + std::string(text) + "</string>")),
+                  "not a property list")
+            << text;
 }
 
 TEST(AnXmlList, has_integers_in_decimal_and_hexadecimal) {
@@ -138,7 +151,7 @@ TEST(AnXmlList, has_data_in_lines_and_without_padding) {
 }
 
 TEST(AnXmlList, with_data_that_is_not_base64_is_refused) {
-    for (const char* text : {"A", "AA*A", "AA==AA", "AAA=="})
+    for (const char* text : {"A", "AA*A", "AA==AA", "AAA==", "AA.."})
         EXPECT_EQ(errorOf(listOf("<data>" + std::string(text) + "</data>")), "invalid data")
             << text;
 }
@@ -161,7 +174,8 @@ TEST(AnXmlList, with_a_date_that_is_not_one_is_refused) {
     for (const char* text :
          {"abc", "", "2012-13-01T00:00:00Z", "2012-02-30T00:00:00Z", "2012-03-04T24:00:00Z",
           "2012-03-04T05:06:60Z", "2012-03-04", "2012-03-04T05:06:07", "2012-03-04T05:06:07.5Z",
-          "0000-01-01T00:00:00Z", "10000-01-01T00:00:00Z", "2012-03-04T05:06:07Zx"})
+          "0000-01-01T00:00:00Z", "10000-01-01T00:00:00Z", "2012-03-04T05:06:07Zx",
+          "2012- 3- 4T 5: 6: 7Z", "+201-03-04T05:06:07Z", "2012-03-04T05:06:-7Z"})
         EXPECT_EQ(errorOf(listOf("<date>" + std::string(text) + "</date>")), "an invalid date")
             << text;
 }
