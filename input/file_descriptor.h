@@ -7,10 +7,10 @@
 
 namespace noctara {
 
-/// Closes its file when it is destroyed.
+/// The destructor closes the file.
 class FileDescriptor {
 public:
-    /// A negative number is no file, as `open` returns it for an error.
+    /// The result of `open`. A negative number means that no file is open.
     explicit FileDescriptor(int openFile) : number(openFile) {}
     FileDescriptor(const FileDescriptor&) = delete;
     FileDescriptor& operator=(const FileDescriptor&) = delete;

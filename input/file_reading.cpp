@@ -21,7 +21,7 @@ namespace {
     throw UnreadableFile(error == ENOENT ? "no such file" : std::generic_category().message(error));
 }
 
-/// Returns the number of bytes, 0 at the end.
+/// Returns the number of bytes that were read. At the end of the file it is 0.
 std::size_t readPart(int file, char* buffer, std::size_t size) {
     while (true) {
         const ssize_t count = ::read(file, buffer, size);
@@ -43,7 +43,7 @@ std::string readFile(const std::filesystem::path& file, std::size_t mostMebibyte
     if (::stat(file.c_str(), &status) == 0) {
         if (S_ISDIR(status.st_mode))
             throw UnreadableFile("a folder, not a file");
-        // It is not opened, because its writer would fail when it is closed.
+        // Opening and closing a pipe would make its writer fail.
         if (S_ISFIFO(status.st_mode) && pipes == Pipes::refused)
             throw UnreadableFile("not a regular file");
         // The monitor reads the list of wake-ups every few seconds: a huge file is refused unread.
@@ -53,7 +53,8 @@ std::string readFile(const std::filesystem::path& file, std::size_t mostMebibyte
     const FileDescriptor source(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
     if (!source.isOpen())
         fail(errno);
-    // More than the expected size, so that the second read finds the end.
+    // The buffer has room for more than the file. One read takes the file, and the next one reports
+    // its end.
     constexpr std::size_t part = 1 << 12;
     std::string bytes(static_cast<std::size_t>(status.st_size) + part, '\0');
     std::size_t size = 0;

@@ -2,26 +2,22 @@
 #include "monitor/noctara_thread.h"
 #include "platform/system_log.h"
 
-#include <array>
 #include <cstdarg>
 #include <cstdio>
-#include <string>
 
 namespace noctara {
 
 namespace {
 
 [[gnu::format(printf, 1, 0)]] std::string formatted(const char* format, va_list arguments) {
-    va_list again;
-    va_copy(again, arguments);
-    std::array<char, 256> line; // Longer than most lines.
-    const int length = std::vsnprintf(line.data(), line.size(), format, arguments);
-    std::string text = length < 0 ? format : line.data();
-    if (length >= static_cast<int>(line.size())) {
-        text = std::string(static_cast<std::size_t>(length), '\0');
-        std::vsnprintf(text.data(), text.size() + 1, format, again);
-    }
-    va_end(again);
+    va_list counted;
+    va_copy(counted, arguments);
+    const int length = std::vsnprintf(nullptr, 0, format, counted);
+    va_end(counted);
+    if (length < 0)
+        return format;
+    std::string text(static_cast<std::size_t>(length), '\0');
+    std::vsnprintf(text.data(), text.size() + 1, format, arguments);
     return text;
 }
 

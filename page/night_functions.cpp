@@ -1,4 +1,4 @@
-/// Answers the questions of the page's script about nights.
+/// The functions of script_functions.h that play nights.
 #include "command/monitor_observers.h"
 #include "command/night_player.h"
 #include "host/host.h"

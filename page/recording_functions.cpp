@@ -1,4 +1,4 @@
-/// Answers the questions of the page's script about recordings of the accelerometer.
+/// The functions of script_functions.h that read recordings of the accelerometer.
 #include "page/script_functions.h"
 #include "recording/recording_file.h"
 #include "recording/sensitivity_advice.h"

@@ -1,4 +1,4 @@
-/// Answers the questions of the page's script about scenarios.
+/// The functions of script_functions.h that change scenarios.
 #include "command/night_player.h"
 #include "input/bad_input.h"
 #include "input/printable.h"
@@ -43,7 +43,7 @@ void requireWritable(const Scenario& scenario, const std::string& file) {
     }
 }
 
-/// The time of an event of the question.
+/// Returns the instant of an event of the question.
 Date dateOf(const Json& event, const Scenario& scenario) {
     if (!event.contains("local"))
         return {scenario.start.secondsSince1970 + event.at("at").get<double>()};
@@ -53,7 +53,7 @@ Date dateOf(const Json& event, const Scenario& scenario) {
 
 Scenario changedScenario(const Json& question) {
     std::string text = textIn(question, "scenario").value_or(std::string(typicalNight));
-    // They are replaced below. They are removed first, because they may be before a new start.
+    // The old events may be before a new start, so they are removed before it is set.
     if (question.contains("events"))
         text = scenarioText(parseScenario(text, nameForErrors), std::vector<WrittenEvent>());
     Scenario scenario = parseScenario(

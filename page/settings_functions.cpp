@@ -1,4 +1,4 @@
-/// Answers the questions of the page's script about settings files.
+/// The functions of script_functions.h that read and change settings files.
 #include "input/printable.h"
 #include "page/script_functions.h"
 #include "page/settings_data.h"

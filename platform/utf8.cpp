@@ -28,12 +28,9 @@ std::optional<char32_t> takeUtf8(std::string_view& text) {
 }
 
 bool isUtf8(std::string_view text) {
-    while (!text.empty())
-        if (static_cast<unsigned char>(text.front()) < 0x80)
-            text.remove_prefix(1); // ASCII, as most text is.
-        else if (!takeUtf8(text))
-            return false;
-    return true;
+    while (takeUtf8(text)) {
+    }
+    return text.empty();
 }
 
 } // namespace noctara

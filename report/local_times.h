@@ -1,4 +1,4 @@
-/// The local times of a night, as the page's script takes them.
+/// Converts the local times of a night to JSON for the scripts of the pages.
 #pragma once
 
 #include "night/trace.h"
@@ -6,9 +6,10 @@
 
 namespace noctara {
 
-/// An array of [time, seconds, abbreviation]. From that time of the night on, local time in seconds
-/// since 1970 is the time plus that number of seconds. Covers the times of the night between `from`
-/// and `to`, during which the clock shows `base` plus the time, in seconds since 1970.
+/// Returns an array with one item [time, seconds, abbreviation] for each offset of the time zone
+/// between `from` and `to`. Times are seconds since the start of the night. An item is valid from
+/// its time on: the local time is then the time of the night plus `seconds`, in seconds since 1970.
+/// At the time 0 the clock shows `base`, in seconds since 1970.
 Json localTimesForPage(const TimeZone& zone, double base, double from, double to);
 
 } // namespace noctara

@@ -1,6 +1,6 @@
 /// Records the accelerometer of the phone that shows the page.
 
-/// The time between the press of the button and the recording, to put the phone down.
+/// The user puts the phone down in this time. It begins when the button is pressed, and is not recorded.
 const secondsToLeave = 3;
 
 /// Advice needs ten seconds without motion.

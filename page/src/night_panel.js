@@ -11,7 +11,7 @@ import { Timeline } from "./timeline.js";
 
 const secondsOfDay = 86400;
 
-/// If it takes longer than this to play a night, the page says so. In milliseconds.
+/// In milliseconds. The page says that it plays a night if that takes longer.
 const longWait = 300;
 
 /** Last night, in the zone of the browser. */
@@ -191,7 +191,7 @@ export class NightPanel extends Panel {
         return this.setEvents(this.events, isDragging);
     }
 
-    /** Plays the night in its turn. A night that already waits for its turn is played once. */
+    /** Plays the night after earlier work, once for all calls until then. */
     play(isDragging) {
         this.isDragging = isDragging;
         if (this.isDue) return;

@@ -1,8 +1,8 @@
-/// The texts of the program are those of the command, and name its options.
+/// Texts of the program name options of the command. The page has fields instead.
 
 /**
- * The text with another name for each option of the command. `names` has the name of each. An option may
- * have an example of its value behind it.
+ * Replaces each option in a text. `names` maps an option to the name of its field. An example of a value
+ * behind the option is removed, such as HZ in "--rate HZ".
  */
 export function withNames(text, names) {
     return Object.entries(names).reduce(

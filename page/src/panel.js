@@ -1,5 +1,5 @@
-/// What the panels of the page share: a status, a progress bar, one message about what went wrong, and the
-/// order in which the user's requests are served.
+/// The base of the panels. A panel has a status, a progress bar and an error message. It serves the user's
+/// requests in their order.
 import { make } from "../../report/page/src/dom.js";
 
 export class Panel {
@@ -31,7 +31,7 @@ export class Panel {
         if (sentence) this.alert.scrollIntoView({ block: "nearest" });
     }
 
-    /** A signal for what is drawn now. It aborts when the panel draws again. */
+    /** Returns a signal for a new drawing. The signal aborts when the panel draws again. */
     signalForDrawing() {
         this.drawing?.abort();
         this.drawing = new AbortController();

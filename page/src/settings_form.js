@@ -1,7 +1,7 @@
 /// The settings as a form: a switch or a slider for each, and the applications.
 import { fill, freshId, make } from "../../report/page/src/dom.js";
 
-/** An attribute by which the focus is found again when the form is drawn anew. */
+/** Names an element of the form, so that a newly drawn form can focus the same one. */
 const mark = (key, kind) => ({ "data-focus": `${kind} ${key}` });
 
 /**

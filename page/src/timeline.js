@@ -33,7 +33,7 @@ function lookOf({ action, value }) {
     return value === "false" ? "off" : "on";
 }
 
-/// A movement of the pointer that is shorter than this does not drag. In CSS pixels.
+/// In CSS pixels. A shorter movement of the pointer is a tap.
 const shortestDrag = 3;
 
 /** A handle for an event on a track of a lane. */

@@ -17,6 +17,7 @@ struct Freeing {
     void operator()(void* memory) const { std::free(memory); }
 };
 
+/// What a function of libplist writes for the node.
 template <typename Write>
 std::string written(plist_t node, Write write) {
     char* bytes = nullptr;
@@ -24,10 +25,6 @@ std::string written(plist_t node, Write write) {
     write(node, &bytes, &length);
     const std::unique_ptr<char, Freeing> owned(bytes);
     return bytes ? std::string(bytes, length) : std::string();
-}
-
-PropertyList numberOf(plist_t node, PropertyList value) {
-    return {std::move(value), std::make_shared<NodeOfNumber>(Node(plist_copy(node)))};
 }
 
 /// libplist returns dates in 32 bits, from 1932 to 2069, and the fraction without its sign. Its XML
@@ -142,6 +139,12 @@ std::string binaryOfNode(plist_t node) {
     return written(node, plist_to_bin);
 }
 
+PropertyList valueOfReal(double real) {
+    if (real == 0 && std::signbit(real))
+        return {real, std::make_shared<NodeOfNumber>(Node(plist_new_real(real)))};
+    return real;
+}
+
 double realOfNode(plist_t node) {
     double real = 0;
     plist_get_real_val(node, &real);
@@ -160,11 +163,13 @@ PropertyList valueOfNode(plist_t node) {
         std::uint64_t integer = 0;
         plist_get_uint_val(node, &integer);
         const auto value = static_cast<std::int64_t>(integer);
-        // Beyond 63 bits, libplist alone knows whether it is a negative number.
-        return value < 0 ? numberOf(node, value) : value;
+        if (value >= 0)
+            return value;
+        // Only libplist knows whether it is negative, or unsigned and beyond 63 bits.
+        return {value, std::make_shared<NodeOfNumber>(Node(plist_copy(node)))};
     }
     case PLIST_REAL:
-        return numberOf(node, realOfNode(node));
+        return valueOfReal(realOfNode(node));
     case PLIST_STRING: {
         const char* text = plist_get_string_ptr(node, &length);
         return checkedText(std::string(text, static_cast<std::size_t>(length)));

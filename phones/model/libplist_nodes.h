@@ -19,19 +19,19 @@ struct NodeFreeing {
 /// A node that no other node owns.
 using Node = std::unique_ptr<void, NodeFreeing>;
 
-/// A number of a property list. The node keeps what a PropertyList loses: that an integer of 64
-/// bits is unsigned, and the sign of -0.0.
+/// A number for libplist. A PropertyList does not hold the sign of -0.0, and not that an integer of
+/// 64 bits is unsigned. The node does.
 struct NodeOfNumber final : PhoneObject {
     explicit NodeOfNumber(Node number) : node(std::move(number)) {}
 
     Node node;
 };
 
-/// Null if libplist cannot read it. The XML must not come from a file, because libplist aborts at
-/// some damage.
+/// Null if libplist cannot read the XML. The XML must not come from a file, because libplist aborts
+/// at some damage.
 Node nodeOfXml(const std::string& xml);
 
-/// Null if libplist cannot read it. checkBinaryPropertyList must have accepted the bytes.
+/// Null if libplist cannot read the bytes. checkBinaryPropertyList must have accepted the bytes.
 Node nodeOfBinary(std::string_view bytes);
 
 /// Empty if libplist cannot write it.
@@ -40,6 +40,9 @@ std::string binaryOfNode(plist_t node);
 
 /// The value of a node of a binary list. Throws UnreadablePropertyList.
 PropertyList valueOfNode(plist_t node);
+
+/// The real number. The sign of -0.0 is kept for nodeOfValue.
+PropertyList valueOfReal(double real);
 
 double realOfNode(plist_t node);
 

@@ -1,13 +1,17 @@
-/// Reads and writes property lists. pugixml reads the XML form. libplist reads the binary form, and
-/// writes XML.
+/// Reads and writes property lists. XML is read with pugixml. Binary lists are read with libplist.
+/// Lists are written with libplist, as XML.
 ///
-/// The reader accepts the XML and the binary form, up to 1 MiB, 64 levels of nesting and 4096 keys
-/// in one dictionary. Dictionaries keep the order of the file. If a key occurs twice, the last
-/// value takes the position of the first. Integers keep their low 64 bits, so one above the largest
-/// std::int64_t becomes negative. A number that a PropertyList does not hold whole keeps a node of
-/// libplist for the writer. Dates keep the fraction of a second, which only the binary form has, to
-/// the microsecond. A UID becomes a dictionary with the one key `CF$UID`, as in Apple's XML. A set
-/// becomes an array. Text after `</plist>` is ignored.
+/// The reader accepts up to 1 MiB, 64 levels of nesting and 4096 keys in one dictionary.
+///
+/// - Dictionaries keep the order of the file. If a key occurs twice, the last value takes the
+///   position of the first.
+/// - Integers keep their low 64 bits, so one above the largest std::int64_t becomes negative.
+/// - A PropertyList does not hold the sign of -0.0, and not that an integer is unsigned. Such a
+///   number also keeps a node of libplist, which the writer uses.
+/// - Dates keep the fraction of a second to the microsecond. Only the binary form has fractions.
+/// - A UID becomes a dictionary with the one key `CF$UID`, as in Apple's XML.
+/// - A set becomes an array.
+/// - Text after `</plist>` is ignored.
 #pragma once
 
 #include "platform/property_list.h"

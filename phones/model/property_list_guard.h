@@ -1,5 +1,5 @@
-/// Limits of property lists. Refuses binary ones on which libplist would crash or hang, or which it
-/// would read as other values.
+/// Checks property lists. Both forms have limits. A binary list can also make libplist crash or
+/// hang, or can be read as other values than it contains.
 #pragma once
 
 #include <cstddef>

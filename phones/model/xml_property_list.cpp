@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cmath>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -32,7 +31,7 @@ std::string_view withoutBlanks(std::string_view text) {
     return text.substr(0, text.find_last_not_of(blanks) + 1);
 }
 
-/// The character of a reference: "<" of "&lt;". The name is without "&" and ";".
+/// Returns the character that a reference stands for. The name of the reference "&lt;" is "lt".
 std::string characterOf(std::string_view name) {
     constexpr std::array<std::array<std::string_view, 2>, 5> named{
         {{"amp", "&"}, {"lt", "<"}, {"gt", ">"}, {"quot", "\""}, {"apos", "'"}}};
@@ -51,7 +50,8 @@ std::string characterOf(std::string_view name) {
     return pugi::as_utf8(std::wstring(1, static_cast<wchar_t>(number)));
 }
 
-/// Not pugixml's own replacement, which keeps unknown references as text.
+/// Replaces the references in a text. pugixml could replace them, but it keeps unknown ones as
+/// text.
 std::string withoutReferences(std::string_view text) {
     std::string plain;
     for (auto at = text.find('&'); at != text.npos; at = text.find('&')) {
@@ -103,7 +103,7 @@ PropertyList integerOf(std::string_view text) {
     const auto value = static_cast<std::int64_t>(isNegative ? 0 - magnitude : magnitude);
     if (isNegative || value >= 0)
         return value;
-    // libplist's function for new integers would make a negative number of it.
+    // plist_new_uint would make a negative number. libplist makes an unsigned one only from XML.
     const std::string unsignedText = std::to_string(magnitude);
     return {value, std::make_shared<NodeOfNumber>(
                        nodeOfXml("<plist><integer>" + unsignedText + "</integer></plist>"))};
@@ -117,9 +117,7 @@ PropertyList realOf(std::string_view text) {
     const auto parsed = fast_float::from_chars(text.data(), end, value);
     if (parsed.ec == std::errc::invalid_argument || parsed.ptr != end)
         refuse("an invalid real number");
-    if (value == 0 && std::signbit(value))
-        return {value, std::make_shared<NodeOfNumber>(Node(plist_new_real(value)))};
-    return value;
+    return valueOfReal(value);
 }
 
 PropertyList dateOf(std::string_view text) {
@@ -131,7 +129,7 @@ PropertyList dateOf(std::string_view text) {
 
 PropertyList dataOf(const std::string& text) {
     std::string bytes;
-    // Abseil takes dots for padding, too.
+    // Abseil accepts dots as padding.
     if (text.find('.') != text.npos || !absl::Base64Unescape(text, &bytes))
         refuse("invalid data");
     return Data(bytes.begin(), bytes.end());
@@ -190,7 +188,7 @@ PropertyList valueOf(pugi::xml_node element, std::size_t level) {
 PropertyList readXmlPropertyList(std::string_view bytes) {
     pugi::xml_document document;
     const auto load = [&document](std::string_view xml) {
-        // A fragment, so that text before the list is not skipped.
+        // In a fragment, pugixml does not skip text before the list.
         constexpr unsigned options =
             pugi::parse_cdata | pugi::parse_ws_pcdata | pugi::parse_fragment;
         return document.load_buffer(xml.data(), xml.size(), options, pugi::encoding_utf8);

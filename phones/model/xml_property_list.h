@@ -1,5 +1,5 @@
-/// Reads the XML form of property lists with pugixml. libplist is slower, aborts at some damage,
-/// and reads other damaged XML as if it was whole.
+/// Reads property lists in XML, with pugixml. libplist also reads XML, but it aborts at some
+/// damaged files and accepts others.
 #pragma once
 
 #include "platform/property_list.h"
@@ -8,10 +8,10 @@
 
 namespace noctara {
 
-/// The one value of the XML, with or without a <plist> around it. What follows a <plist> is
-/// ignored. If the bytes are not XML, those after the first </plist> are ignored. Throws
-/// UnreadablePropertyList for damaged XML, for elements that no property list has, and beyond the
-/// limits of property_list_guard.h.
+/// Returns the value in the XML. There must be exactly one value. It may have a <plist> around it.
+/// Elements after the <plist> are ignored. If the bytes are not XML, only those up to the first
+/// </plist> are read. Throws UnreadablePropertyList for damaged XML, for elements that no property
+/// list has, and beyond the limits of property_list_guard.h.
 PropertyList readXmlPropertyList(std::string_view bytes);
 
 } // namespace noctara

@@ -32,8 +32,8 @@ export async function bundledWithCharts(entry) {
 }
 
 /**
- * A Content-Security-Policy. Only this script and this style may run, and nothing may be fetched. `scripts`
- * has further sources of scripts, and `directives` has further directives.
+ * Returns a Content-Security-Policy. It allows this script and this style only, and forbids all requests.
+ * `scripts` has further sources of scripts, and `directives` has further directives.
  */
 function policyFor(script, style, { scripts = "", directives = "" } = {}) {
     return (
@@ -46,7 +46,8 @@ function policyFor(script, style, { scripts = "", directives = "" } = {}) {
 const filled = (template, parts) => template.replace(/@([A-Z]+)@/g, (_, name) => parts[name]);
 
 /**
- * The text of a page: a template with @HEAD@, @SCRIPT@ and the names of `parts`. `more` is for the policy.
+ * Returns the text of a page. The template contains @HEAD@, @SCRIPT@, and a @NAME@ for each of `parts`. `more`
+ * extends the policy, as in policyFor.
  */
 export function pageOf(template, { script, style, parts = {}, more = {} }) {
     const head = readFileSync(join(here, "head.html"), "utf8");
