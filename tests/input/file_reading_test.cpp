@@ -50,6 +50,22 @@ TEST_F(AFile, may_be_a_pipe) {
     EXPECT_EQ(content, "from the pipe");
 }
 
+TEST_F(AFile, that_is_a_pipe_can_be_refused_and_its_writer_goes_on) {
+    ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+    std::thread writer([this] { std::ofstream(file) << "from the pipe"; });
+    std::string refusal;
+    std::string content;
+    try {
+        content = readFile(file, 1, Pipes::refused);
+    } catch (const UnreadableFile& error) {
+        refusal = error.what();
+        content = readFile(file, 1);
+    }
+    writer.join();
+    EXPECT_EQ(refusal, "not a regular file");
+    EXPECT_EQ(content, "from the pipe");
+}
+
 TEST_F(AFile, of_the_system_is_read_whole_although_its_size_is_0) {
     std::string maximum;
     std::ifstream("/proc/sys/kernel/pid_max") >> maximum;
